@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/crossproductkernel.h"
+#include "mcmath/detail/vectorkernels.h"
+
+namespace MCCommonMath {
+namespace detail {
+
+const VectorKernels kAvx512Kernels = {StageRow<8>, FoldBlock<8>};
+
+}  // namespace detail
+}  // namespace MCCommonMath

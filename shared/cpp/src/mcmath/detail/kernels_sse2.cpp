@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/crossproductkernel.h"
+#include "mcmath/detail/vectorkernels.h"
+
+namespace MCCommonMath {
+namespace detail {
+
+const VectorKernels kSse2Kernels = {StageRow<2>, FoldBlock<2>};
+
+}  // namespace detail
+}  // namespace MCCommonMath

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+
+// Included by the sources that are compiled for one vector width each. What it and the kernel
+// headers define has internal linkage: were an inline function shared between these sources,
+// the linker might keep the copy made for a wider processor than the one at hand.
+namespace {
+
+/// A vector of W doubles, and the same at any address of a double.
+template <std::size_t W>
+struct Lanes {
+  typedef double Vec __attribute__((vector_size(W * sizeof(double))));
+  typedef double Unaligned
+      __attribute__((vector_size(W * sizeof(double)), aligned(sizeof(double)), may_alias));
+};
+
+template <std::size_t W>
+inline void LoadLanes(typename Lanes<W>::Vec& to, const double* from) {
+  to = *reinterpret_cast<const typename Lanes<W>::Unaligned*>(from);
+}
+
+template <std::size_t W>
+inline void StoreLanes(double* to, const typename Lanes<W>::Vec& from) {
+  *reinterpret_cast<typename Lanes<W>::Unaligned*>(to) = from;
+}
+
+/// All lanes become x.
+template <std::size_t W>
+inline void FillLanes(typename Lanes<W>::Vec& to, double x) {
+  to = x - typename Lanes<W>::Vec{};
+}
+
+/// Doubles in the widest register of the target of this source.
+#if defined(__AVX512F__)
+constexpr std::size_t kNativeLanes = 8;
+#elif defined(__AVX__)
+constexpr std::size_t kNativeLanes = 4;
+#else
+constexpr std::size_t kNativeLanes = 2;
+#endif
+
+/// Keeps a loaded vector in a register. The compiler would otherwise fold the load into each
+/// multiplication that uses it, and the loads, two a cycle, would set the pace.
+template <std::size_t W>
+inline void PinLanes(typename Lanes<W>::Vec& vec) {
+  if constexpr (W <= kNativeLanes) {
+    __asm__("" : "+v"(vec));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcmath/mccrossproduct.h"
+
+#include "mcmath/detail/vectorkernels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <memory>
+
+namespace MCCommonMath {
+namespace detail {
+
+namespace {
+
+constexpr std::size_t kAlignment = 64;
+
+bool IsNegativeZero(double x) {
+  return x == 0.0 && std::signbit(x);
+}
+
+}  // namespace
+
+void AddRankOne(double* triangle, std::size_t n, const double* x, double w) {
+  double* row = triangle;
+  for (std::size_t i = 0; i < n; ++i) {
+    if (x[i] != 0.0) {
+      const double factor = w * x[i];
+      for (std::size_t j = 0; j <= i; ++j) row[j] += factor * x[j];
+    }
+    row += i + 1;
+  }
+}
+
+MCCrossProduct::MCCrossProduct(int n, std::vector<double>& triangle, VectorPath path)
+    : fNRows(static_cast<std::size_t>(n)), fTriangle(triangle), fKernels(KernelsOf(path)) {}
+
+bool MCCrossProduct::IsSparse(int n, int nonZeros) {
+  // A scattered addition costs as much as some thirty of a dense block.
+  constexpr double kScatterCost = 30.0;
+  return kScatterCost * nonZeros * nonZeros < static_cast<double>(n) * n;
+}
+
+void MCCrossProduct::AllocateBlock() {
+  const std::size_t size = PanelsOf(fNRows) * kPanelColumns * kBlockRows;
+  fStorage.assign(2 * size + kAlignment / sizeof(double), 0.0);
+  void* start = fStorage.data();
+  std::size_t space = fStorage.size() * sizeof(double);
+  fpRows = static_cast<double*>(std::align(kAlignment, 2 * size * sizeof(double), start, space));
+  fpWeightedRows = fpRows + size;
+}
+
+// The block adds also the products of zeros, which the definition skips. That changes no bit of
+// a sum that isn't -0.0 as long as all factors are finite, and a sum becomes -0.0 only if it
+// started so. All else takes the plain way.
+bool MCCrossProduct::AddRow(const double* x, double w) {
+  if (!(w > 0.0)) return false;
+  if (fpRows == nullptr) AllocateBlock();
+  CheckTarget();
+  if (!fbNegativeZeros && fKernels.stageRow(x, w, fNRows, fNPending, fpRows, fpWeightedRows)) {
+    if (++fNPending == kBlockRows) FoldBlock();
+  } else {
+    AddPlainRow(x, w);
+  }
+  return true;
+}
+
+bool MCCrossProduct::AddSparseRow(int m, const int* idx, const double* val, double w) {
+  if (!(w > 0.0)) return false;
+  CheckTarget();
+  double notFinite = 0.0;
+  for (int a = 0; a < m; ++a) notFinite += w * val[a] * 0.0;
+  if (fbNegativeZeros || !(notFinite == 0.0)) {
+    AddWrittenOut(m, idx, val, w);
+    return true;
+  }
+  FoldBlock();
+  double* triangle = fTriangle.data();
+  for (int a = 0; a < m; ++a) {
+    const std::size_t i = static_cast<std::size_t>(idx[a]);
+    double* row = triangle + i * (i + 1) / 2;
+    const double factor = w * val[a];
+    for (int b = 0; b <= a; ++b) row[idx[b]] += factor * val[b];
+  }
+  return true;
+}
+
+void MCCrossProduct::AddWrittenOut(int m, const int* idx, const double* val, double w) {
+  fWrittenOut.resize(fNRows);
+  for (int a = 0; a < m; ++a) fWrittenOut[static_cast<std::size_t>(idx[a])] = val[a];
+  AddPlainRow(fWrittenOut.data(), w);
+  for (int a = 0; a < m; ++a) fWrittenOut[static_cast<std::size_t>(idx[a])] = 0.0;
+}
+
+void MCCrossProduct::AddPlainRow(const double* x, double w) {
+  FoldBlock();
+  AddRankOne(fTriangle.data(), fNRows, x, w);
+}
+
+void MCCrossProduct::CheckTarget() {
+  if (fbTargetChecked) return;
+  fbNegativeZeros = std::any_of(fTriangle.begin(), fTriangle.end(), IsNegativeZero);
+  fbTargetChecked = true;
+}
+
+void MCCrossProduct::FoldBlock() {
+  if (fNPending == 0) return;
+  fKernels.foldBlock(fTriangle.data(), fNRows, fNPending, fpRows, fpWeightedRows);
+  fNPending = 0;
+}
+
+void MCCrossProduct::Flush() {
+  FoldBlock();
+  fbTargetChecked = false;
+}
+
+}  // namespace detail
+}  // namespace MCCommonMath

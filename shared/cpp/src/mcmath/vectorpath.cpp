@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcmath/vectorpath.h"
+
+#include "mcmath/detail/vectorkernels.h"
+
+namespace MCCommonMath {
+namespace detail {
+
+bool IsSupported(VectorPath path) {
+  switch (path) {
+    case VectorPath::kAvx512:
+      return __builtin_cpu_supports("avx512f") != 0;
+    case VectorPath::kAvx2:
+      return __builtin_cpu_supports("avx2") != 0;
+    case VectorPath::kSse2:
+      break;
+  }
+  return true;
+}
+
+VectorPath WidestVectorPath() {
+  static const VectorPath widest = IsSupported(VectorPath::kAvx512) ? VectorPath::kAvx512
+                                   : IsSupported(VectorPath::kAvx2) ? VectorPath::kAvx2
+                                                                    : VectorPath::kSse2;
+  return widest;
+}
+
+const VectorKernels& KernelsOf(VectorPath path) {
+  switch (path) {
+    case VectorPath::kAvx512:
+      return kAvx512Kernels;
+    case VectorPath::kAvx2:
+      return kAvx2Kernels;
+    case VectorPath::kSse2:
+      break;
+  }
+  return kSse2Kernels;
+}
+
+}  // namespace detail
+}  // namespace MCCommonMath
