@@ -6,6 +6,7 @@
 #include "regression/frame/mcstatus.h"
 #include "regression/frame/record.h"
 
+#include <cstddef>
 #include <vector>
 
 /// Decides for each record whether it enters the fit or can be scored. Rejection is the normal
@@ -48,14 +49,15 @@ public:
   void Display() const;
 
 private:
-  /// The tests of adjoining positions of one role, so that the test of a record branches once per
-  /// run and not once per position.
+  // Adjoining positions of one role: the test of a record branches once per run and not once per
+  // position.
   struct Run {
     MCConst::MCVariableType role;
     int begin;  // first record position
     int end;    // one past the last
   };
 
+  void SetMaxCategory(std::size_t position, int bound);
   void FindRuns();
   bool PassesRun(const Run& run, const double* values, MCCommon::MCStatus& status) const;
   bool AreCategories(const Run& run, const double* values, MCCommon::MCStatus& status) const;

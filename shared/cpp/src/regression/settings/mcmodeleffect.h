@@ -3,6 +3,7 @@
 
 #include "regression/frame/mcexport.h"
 
+#include <cstddef>
 #include <vector>
 
 /// One term of the design: the intercept, a main effect, an interaction, a nested effect or a
@@ -123,11 +124,16 @@ public:
   void Display() const;
 
 private:
+  // Positions in fMainVector, -1 for a variable that the list doesn't name there.
   int FindFactor(int var) const;
   int FindCovariate(int var) const;
-  bool IsFactorPosition(std::size_t i) const;
-  bool Uses(std::size_t i) const;
-  void ClearEntries();
+
+  // Whether entry i is there and in use, if the first nModelFactors entries are the factors.
+  bool Uses(std::size_t i, int nModelFactors) const;
+
+  // The elements of `source` at the positions in use that the list names, among `count` positions
+  // from `start`.
+  std::vector<int> CollectUsed(int start, int count, const std::vector<int>* source) const;
 
   const std::vector<int>* fpVarIndices = nullptr;
   std::vector<int> fMainVector;
