@@ -84,7 +84,7 @@ public:
 
   /// @name Dot products and norms
   /// The missing value for an index out of range or for unequal lengths; 0 for length 0. Terms are
-  /// added in ascending order.
+  /// added in the order of MCMathFun::DDot.
   ///@{
 
   /// Of two columns, of two rows of this matrix.
@@ -185,6 +185,17 @@ public:
   void DisplayF() const;
 
 private:
+  // Rows row.. and columns col.. of a matrix, nRows and nCols of them.
+  struct Part {
+    int row;
+    int col;
+    int nRows;
+    int nCols;
+  };
+
+  // Copies the part of `from`, which may be this matrix, to (row, col) and onward. All in range.
+  void PutPart(const MCRectMatrix& from, const Part& part, int row, int col);
+
   double* Row(int i) { return fVec.data() + Index(i, 0); }
   const double* Row(int i) const { return fVec.data() + Index(i, 0); }
 };
