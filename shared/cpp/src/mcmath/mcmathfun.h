@@ -98,12 +98,12 @@ public:
   static int BinSearch(const std::vector<double>& v, int lo, int hi, double x, bool right);
   static int BinSearch(const std::vector<int>& v, int lo, int hi, int x, bool right);
 
-  /// Logarithmic derivative of the gamma function, to about 3 ulp for all x > 0, also near its root
+  /// Logarithmic derivative of the gamma function, within 4 ulp for all x > 0, also near its root
   /// 1.4616...; negative infinity where it would lie below all doubles. Infinity for infinite x.
   /// The missing value unless x > 0, so for NaN too.
   static double Digamma(double x);
 
-  /// Derivative of Digamma, to about 3 ulp for all x > 0; infinity where it would lie above all
+  /// Derivative of Digamma, within 3 ulp for all x > 0; infinity where it would lie above all
   /// doubles (x below 7.5e-155). 0.0 for infinite x. The missing value unless x > 0, so for NaN
   /// too.
   static double Trigamma(double x);

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcmath/mcextremenum.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace MCCommonMath {
+
+namespace {
+
+double RootOfSum(double p, double q) {
+  constexpr double kRoot2 = 1.4142135623730951;
+  // Also where both are 0 or infinite and have no ratio.
+  if (p == q) return p * kRoot2;
+  const double larger = std::max(p, q);
+  const double ratio = std::min(p, q) / larger;
+  return larger * std::sqrt(1.0 + ratio * ratio);
+}
+
+bool RootOfDifference(double larger, double smaller, double& out) {
+  if (smaller > larger) return false;
+  if (smaller == larger) {
+    out = 0.0;
+    return true;
+  }
+  const double ratio = smaller / larger;
+  out = larger * std::sqrt(1.0 - ratio * ratio);
+  return true;
+}
+
+}  // namespace
+
+bool MCExtremeNum::SumSqRoot(double a, double b, double c, double d, double& out) {
+  const double p = std::sqrt(std::fabs(b)) * std::fabs(a);
+  const double q = std::sqrt(std::fabs(d)) * std::fabs(c);
+  if (b >= 0.0 && d >= 0.0) {
+    out = RootOfSum(p, q);
+    return true;
+  }
+  if (b < 0.0 && d >= 0.0) return RootOfDifference(q, p, out);
+  if (b >= 0.0 && d < 0.0) return RootOfDifference(p, q, out);
+  return false;
+}
+
+}  // namespace MCCommonMath
