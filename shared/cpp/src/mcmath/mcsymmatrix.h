@@ -261,12 +261,6 @@ public:
   /// smallest double. Missing if V hasn't n entries or the root itself is too large.
   double SquareRootVSV(const std::vector<double>& V) const;
 
-  /// tr(S T). Missing if row counts differ, 0 if there is no row.
-  double TraceOfProduct(const MCSymMatrix& T) const;
-
-  /// tr(S T U), likewise.
-  double TraceOfProductOfThree(const MCSymMatrix& T, const MCSymMatrix& U) const;
-
   /// @}
   /// \name Matrix products. Those with an expanded or intermediate row allocate n doubles for it.
   /// @{
@@ -296,6 +290,12 @@ public:
   /// out = L S L', with L the lower triangle of the argument, in 1 block; each element is the
   /// ComputeVSWParts of two rows of L. False if row counts differ.
   bool ComputeLSLTrans(const MCSymMatrix& L, MCSymMatrix& out) const;
+
+  /// tr(S T). Missing if row counts differ, 0 if there is no row.
+  double TraceOfProduct(const MCSymMatrix& T) const;
+
+  /// tr(S T U), likewise.
+  double TraceOfProductOfThree(const MCSymMatrix& T, const MCSymMatrix& U) const;
 
   /// @}
   /// \name Bordering and submatrices

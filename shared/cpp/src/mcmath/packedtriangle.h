@@ -30,10 +30,9 @@ constexpr std::size_t PackedIndex(std::size_t i, std::size_t j) {
 template <class T>
 class PackedRow {
 public:
-  PackedRow(T* triangle, std::size_t row)
-      : fTriangle(triangle), fRow(row), fColumn(0), fIndex(RowStart(row)) {}
+  PackedRow(T* triangle, std::size_t row, std::size_t column = 0)
+      : fTriangle(triangle), fRow(row), fColumn(column), fIndex(PackedIndex(row, column)) {}
 
-  std::size_t Column() const { return fColumn; }
   T& operator*() const { return fTriangle[fIndex]; }
 
   PackedRow& operator++() {
@@ -48,6 +47,44 @@ private:
   std::size_t fColumn;
   std::size_t fIndex;
 };
+
+/// A vector seen at a stride: entry j is data[j * stride].
+struct StridedVector {
+  const double* data;
+  std::ptrdiff_t stride = 1;
+  double operator[](std::size_t j) const { return data[static_cast<std::ptrdiff_t>(j) * stride]; }
+};
+
+/// Sum over j < count of row[j] * x[j], added by ascending j from 0.0. The row is walked from where
+/// it stands.
+template <class Vector>
+double RowTimes(PackedRow<const double> row, std::size_t count, const Vector& x) {
+  double sum = 0.0;
+  for (std::size_t j = 0; j < count; ++j, ++row) sum += *row * x[j];
+  return sum;
+}
+
+/// Sum over j < count of a[j] * b[j], two rows walked together, in the order of the other form.
+inline double RowTimes(PackedRow<const double> a, std::size_t count, PackedRow<const double> b) {
+  double sum = 0.0;
+  for (std::size_t j = 0; j < count; ++j, ++a, ++b) sum += *a * *b;
+  return sum;
+}
+
+/// y = S x for the packed matrix of n rows; y must not overlap x. Each y[i] has the bits of
+/// RowTimes over row i, but the triangle is read once and in order, which large matrices need.
+template <class Vector>
+void TimesVector(const double* triangle, std::size_t n, const Vector& x, double* y) {
+  const double* row = triangle;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double xi = x[i];
+    double sum = 0.0;
+    for (std::size_t j = 0; j < i; ++j) sum += row[j] * x[j];
+    y[i] = sum + row[i] * xi;
+    for (std::size_t j = 0; j < i; ++j) y[j] += row[j] * xi;
+    row += i + 1;
+  }
+}
 
 }  // namespace detail
 }  // namespace MCCommonMath
