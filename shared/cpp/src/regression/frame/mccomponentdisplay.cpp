@@ -14,9 +14,10 @@ namespace {
 // Unchanged before main() runs, whatever the order of static initialisers.
 std::ostream* gOutStream = nullptr;
 
+// Enough for the longest line head: its fixed words and two counts of 20 digits.
 template <class... Args>
 std::string Format(const char* format, Args... args) {
-  char buffer[64];
+  char buffer[128];
   std::snprintf(buffer, sizeof buffer, format, args...);
   return buffer;
 }
@@ -65,13 +66,13 @@ std::string SizeOf(std::size_t n) {
 }
 
 template <class T>
-void DisplayVector(const std::string& label, const std::vector<T>& values) {
-  DisplayText(1, label + SizeOf(values.size()));
+void DisplayVector(std::string&& label, const std::vector<T>& values) {
+  DisplayText(1, std::move(label) + SizeOf(values.size()));
   DisplayText(1, ShowAll(values));
 }
 
 template <class T>
-void DisplayMatrix(const std::string& label, const std::vector<std::vector<T>>& rows) {
+void DisplayMatrix(std::string&& label, const std::vector<std::vector<T>>& rows) {
   bool even = true;
   std::size_t elements = 0;
   for (const auto& row : rows) {
@@ -79,9 +80,10 @@ void DisplayMatrix(const std::string& label, const std::vector<std::vector<T>>& 
     elements += row.size();
   }
   const std::size_t columns = rows.empty() ? 0 : rows.front().size();
-  DisplayText(1, label + (even ? Format(" ( number of rows = %zu, number of columns = %zu)",
-                                        rows.size(), columns)
-                               : Format(" (number of elements = %zu)", elements)));
+  DisplayText(2,
+              std::move(label) + (even ? Format(" ( number of rows = %zu, number of columns = %zu)",
+                                                rows.size(), columns)
+                                       : Format(" (number of elements = %zu)", elements)));
   for (std::size_t i = 0; i < rows.size(); ++i) {
     DisplayText(1, Format("row %zu", i) + ShowAll(rows[i]));
   }
@@ -95,8 +97,8 @@ void DisplayEntries(const Map& values) {
 }
 
 template <class Map>
-void DisplayMap(const std::string& label, const Map& values) {
-  DisplayText(1, label + Format(" (map size = %zu)", values.size()));
+void DisplayMap(std::string&& label, const Map& values) {
+  DisplayText(1, std::move(label) + Format(" (map size = %zu)", values.size()));
   DisplayEntries(values);
 }
 
@@ -111,97 +113,97 @@ std::ostream& GetOutStream() {
 }
 
 void DisplayText(const long& newlines, const char* text) {
-  if (text == nullptr) return;
+  if (text != nullptr) DisplayText(newlines, std::string(text));
+}
+
+void DisplayText(const long& newlines, const std::string& text) {
   std::ostream& out = GetOutStream();
   for (long i = 0; i < newlines; ++i) out << '\n';
   out << text << std::flush;
 }
 
-void DisplayText(const long& newlines, const std::string& text) {
-  DisplayText(newlines, text.c_str());
-}
-
 void DisplayI(std::string label, int value) {
-  DisplayText(1, label + " = " + Show(value));
+  DisplayText(1, std::move(label) + " = " + Show(value));
 }
 
 void DisplayD(std::string label, double value) {
-  DisplayText(1, label + " = " + Show(value));
+  DisplayText(1, std::move(label) + " = " + Show(value));
 }
 
 void DisplayDF(std::string label, double value) {
-  DisplayText(1, label + " = " + (value == MCMV::gMissingValue ? "miss" : Format("%.17g", value)));
+  DisplayText(1, std::move(label) + " = " +
+                     (value == MCMV::gMissingValue ? "miss" : Format("%.17g", value)));
 }
 
 void DisplayB(std::string label, bool value) {
-  DisplayText(1, label + " = " + Show(value));
+  DisplayText(1, std::move(label) + " = " + Show(value));
 }
 
-void DisplayS(std::string label, std::string value) {
-  DisplayText(1, label + " = " + value);
+void DisplayS(std::string label, const std::string& value) {
+  DisplayText(1, std::move(label) + " = " + value);
 }
 
 void DisplayDV(std::string label, const std::vector<double>& values, bool full) {
   if (!full) {
-    DisplayVector(label, values);
+    DisplayVector(std::move(label), values);
     return;
   }
-  DisplayText(1, label + SizeOf(values.size()));
+  DisplayText(1, std::move(label) + SizeOf(values.size()));
   for (const double value : values) {
     DisplayText(1, value == MCMV::gMissingValue ? "miss" : Format(" = %.17g", value));
   }
 }
 
 void DisplayBV(std::string label, const std::vector<bool>& values) {
-  DisplayText(1, label + SizeOf(values.size()));
+  DisplayText(1, std::move(label) + SizeOf(values.size()));
   std::string text;
   for (const bool value : values) text += " " + Show(value);
   DisplayText(1, text);
 }
 
 void DisplayIV(std::string label, const std::vector<int>& values) {
-  DisplayVector(label, values);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplayUV(std::string label, const std::vector<unsigned>& values) {
-  DisplayVector(label, values);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplaySV(std::string label, const std::vector<std::string>& values) {
-  DisplayVector(label, values);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplayVPD(std::string label, const std::vector<std::pair<double, double>>& values) {
-  DisplayVector(label, values);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplayVPDI(std::string label, const std::vector<std::pair<double, int>>& values) {
-  DisplayVector(label, values);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplayVPII(std::string label, const std::vector<std::pair<int, int>>& values) {
-  DisplayVector(label, values);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplayIIM(std::string label, const std::map<int, int>& values) {
-  DisplayMap(label, values);
+  DisplayMap(std::move(label), values);
 }
 
 void DisplayIntVecIntMap(std::string label, const std::map<std::vector<int>, int>& values) {
-  DisplayMap(label, values);
+  DisplayMap(std::move(label), values);
 }
 
 void DisplayIntVecDVecMap(std::string label,
                           const std::map<std::vector<int>, std::vector<double>>& values) {
-  DisplayMap(label, values);
+  DisplayMap(std::move(label), values);
 }
 
 void DisplaySLDM(std::string label, const std::map<std::list<std::string>, double>& values) {
-  DisplayMap(label, values);
+  DisplayMap(std::move(label), values);
 }
 
 void DisplayVIM(std::string label, const std::vector<std::map<int, int>>& values) {
-  DisplayText(1, label + SizeOf(values.size()));
+  DisplayText(1, std::move(label) + SizeOf(values.size()));
   for (std::size_t i = 0; i < values.size(); ++i) {
     DisplayText(1, Format("vec[%zu]", i) + Format(" (map size = %zu)", values[i].size()));
     DisplayEntries(values[i]);
@@ -209,24 +211,24 @@ void DisplayVIM(std::string label, const std::vector<std::map<int, int>>& values
 }
 
 void DisplaySVV(std::string label, const std::vector<std::vector<std::string>>& values) {
-  DisplayMatrix(label, values);
+  DisplayMatrix(std::move(label), values);
 }
 
 void DisplayBVV(std::string label, const std::vector<std::vector<bool>>& values) {
-  DisplayMatrix(label, values);
+  DisplayMatrix(std::move(label), values);
 }
 
 void DisplayDVV(std::string label, const std::vector<std::vector<double>>& values) {
-  DisplayMatrix(label, values);
+  DisplayMatrix(std::move(label), values);
 }
 
 void DisplayDA(std::string label, const double* values, int n) {
   const std::ptrdiff_t size = values == nullptr || n < 0 ? 0 : n;
-  DisplayVector(label, std::vector<double>(values, values + size));
+  DisplayVector(std::move(label), std::vector<double>(values, values + size));
 }
 
 void DisplayDVTR(std::string label, const std::vector<double>& values, int n) {
-  DisplayText(2, label + Format(" (number of elements = %zu)", values.size()));
+  DisplayText(2, std::move(label) + Format(" (number of elements = %zu)", values.size()));
   std::size_t k = 0;
   for (int i = 0; i < n; ++i) {
     std::string line;
@@ -242,7 +244,7 @@ void DisplayTimeStamp(std::string label) {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  DisplayText(1, label + ": " +
+  DisplayText(1, std::move(label) + ": " +
                      Format("%d-%02d-%02d-%02d-%02d-%02d", local.tm_year + 1900, local.tm_mon + 1,
                             local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec));
 }

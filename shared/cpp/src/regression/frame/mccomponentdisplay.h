@@ -14,11 +14,11 @@
 /// Display() made of these. Each writer puts a line end in front of its label, the values behind
 /// it, and flushes the stream. A double that is missing shows as "miss".
 ///
-/// One layout holds for all families: a vector shows " (size = n)" behind the label and then its
-/// values on one line; a matrix shows " ( number of rows = n, number of columns = m)", or
-/// " (number of elements = n)" where rows differ in length, and then a line "row i" for each row;
-/// a map shows " (map size = n)" and then a line "Map key k, Map value v" for each entry; a pair
-/// shows as " (a, b)".
+/// One layout holds for all families. A vector shows " (size = n)" behind the label, and its
+/// values on the next line. A matrix stands behind an empty line, shows
+/// " ( number of rows = n, number of columns = m)", or " (number of elements = n)" where rows
+/// differ in length, and then a line "row i" for each row. A map shows " (map size = n)" and then
+/// a line "Map key k, Map value v" for each entry. A pair shows as " (a, b)".
 ///
 /// The stream is one for the process and unguarded: display is for one thread at a time.
 namespace MCComponentDisplay {
@@ -28,7 +28,8 @@ namespace MCComponentDisplay {
 MC_EXPORT void SetOutStream(std::ostream& stream);
 MC_EXPORT std::ostream& GetOutStream();
 
-/// `newlines` line ends, then the text. A null text writes nothing at all.
+/// `newlines` line ends, none for a count below 1, then the text. A null text writes nothing at
+/// all.
 MC_EXPORT void DisplayText(const long& newlines, const char* text);
 MC_EXPORT void DisplayText(const long& newlines, const std::string& text);
 
@@ -37,7 +38,7 @@ MC_EXPORT void DisplayI(std::string label, int value);
 MC_EXPORT void DisplayD(std::string label, double value);
 MC_EXPORT void DisplayDF(std::string label, double value);
 MC_EXPORT void DisplayB(std::string label, bool value);
-MC_EXPORT void DisplayS(std::string label, std::string value);
+MC_EXPORT void DisplayS(std::string label, const std::string& value);
 
 /// Vectors. With `full`, each double stands on a line of its own with 17 digits.
 MC_EXPORT void DisplayDV(std::string label, const std::vector<double>& values, bool full);

@@ -11,7 +11,7 @@ namespace MCCommon {
 
 /// Status codes. Each is raised with one fixed severity, listed in mcstatuscodes.inc.
 enum : long {
-#define MC_STATUS_CODE(code, name, severity, text) name = code,
+#define MC_STATUS_CODE(code, name, severity, text) name = (code),
 #include "regression/frame/mcstatuscodes.inc"
 };
 

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "regression/frame/mccomponentdisplay.h"
+
+#include <iostream>
+#include <sstream>
+#include <string>
+
+namespace mctest {
+
+/// While it lives, display goes into a text; afterwards to the standard output again.
+class DisplayCapture {
+public:
+  DisplayCapture() { MCComponentDisplay::SetOutStream(fStream); }
+  ~DisplayCapture() { MCComponentDisplay::SetOutStream(std::cout); }
+  DisplayCapture(const DisplayCapture&) = delete;
+  DisplayCapture& operator=(const DisplayCapture&) = delete;
+
+  std::string Text() const { return fStream.str(); }
+
+private:
+  std::ostringstream fStream;
+};
+
+/// What `show`, any callable without arguments, writes to the display.
+template <class Show>
+std::string Displayed(Show show) {
+  const DisplayCapture capture;
+  show();
+  return capture.Text();
+}
+
+}  // namespace mctest
