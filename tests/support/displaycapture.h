@@ -31,4 +31,10 @@ std::string Displayed(Show show) {
   return capture.Text();
 }
 
+/// What `object.Display()` writes.
+template <class T>
+std::string DisplayOf(const T& object) {
+  return Displayed([&object] { object.Display(); });
+}
+
 }  // namespace mctest
