@@ -22,5 +22,10 @@ inline std::int64_t CategoryLevel(double code, int lowestCategory) {
   return static_cast<std::int64_t>(TruncateToInt(code + 0.5)) - lowestCategory;
 }
 
+/// Adds one to a count of rows, which stays at the largest int: a source may hold more rows.
+inline void CountUp(int& count) {
+  if (count < std::numeric_limits<int>::max()) ++count;
+}
+
 }  // namespace detail
 }  // namespace MCCommon

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcmath/mccrossproduct.h"
+#include "regression/linear/mcglmmodel.h"
+
+#include <algorithm>
+#include <cmath>
+
+using MCCommon::MCStatus;
+
+MCStatus MCGLMModel::BuildModel() {
+  if (fStatus.IsError()) return fStatus;
+  const bool hasRows = fModelBuilt || (fRecordsAdded > 0 && fZPrimeZ != nullptr);
+  if (!hasRows) return Fail(MCCommon::MCS_NOT_PROCESSED);
+  if (fModelBuilt) return Fail(MCCommon::MCS_ALREADY_BUILT);
+  if (fCancelInfo->WillCancel()) return Fail(MCCommon::MCS_CANCELLED);
+
+  fpPendingRows->Flush();
+  fpPendingRows.reset();
+  SweepColumns();
+  fZPrimeZ->GetRegCoeffs(fParamEstimates, fRedundancy);
+  fbFiniteEstimates = std::all_of(fParamEstimates.begin(), fParamEstimates.end(),
+                                  [](double estimate) { return std::isfinite(estimate); });
+  fZPrimeZ->ZeroOutRedundant(fRedundancy);
+  fZPrimeZ->MultiplyByNumber(1.0 / fTotalWeight);
+  fModelBuilt = true;
+  fSumSquaredResiduals = 0.0;
+  fSumSquaredTotal = 0.0;
+  if (fCancelInfo->WillCancel()) return Fail(MCCommon::MCS_CANCELLED);
+  return fStatus;
+}
+
+void MCGLMModel::SweepColumns() {
+  std::vector<double> scale;
+  fZPrimeZ->GetDiagonal(scale);
+  fRedundancy = MCCommonMath::MCBitSet(GetNParameters() + 1);
+  for (int k = 0; k < GetNParameters() && !fCancelInfo->WillCancel(); ++k) {
+    fZPrimeZ->Sweep(k, fSettings->GetTolerance(), scale, fRedundancy, true);
+  }
+}
+
+MCStatus MCGLMModel::FinishErrors() {
+  const bool hasWeight = fTotalWeight > 0.0;
+  if (hasWeight) fRootMeanSquareError = std::sqrt(fSumSquaredResiduals);
+  if (fSumSquaredTotal > 0.0) {
+    const bool isBetter = fSumSquaredTotal > fSumSquaredResiduals;
+    fMultipleRSquare = isBetter ? 1.0 - fSumSquaredResiduals / fSumSquaredTotal : 0.0;
+  }
+  if (fNonZeroWeightRows == 0 || !hasWeight) return Fail(MCCommon::MCS_NO_WEIGHT);
+  return fStatus;
+}
