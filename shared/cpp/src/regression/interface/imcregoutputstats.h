@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "mcmath/mcbitset.h"
+#include "mcmath/mcsymmatrix.h"
+#include "regression/design/mcfactorcounts.h"
 #include "regression/design/mcregrecordvalidator.h"
 #include "regression/design/mcregrparameter.h"
 #include "regression/design/mcregrparameterstats.h"
@@ -9,13 +12,6 @@
 #include "regression/frame/record.h"
 
 #include <vector>
-
-class MCFactorCounts;
-
-namespace MCCommonMath {
-class MCBitSet;
-class MCSymMatrix;
-}  // namespace MCCommonMath
 
 /// What a host reads after a build: parameters, estimates, their covariance and fit statistics.
 /// An object of this kind is made by IMCRegComponent::GetOutputStats(), belongs to the component

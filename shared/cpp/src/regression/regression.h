@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Everything of the regression core that a host may name. For hosts alone: sources of the library
+// include what they use.
+#pragma once
+
+#include "regression/component/mcglmcomponent.h"
+#include "regression/component/mcregfactory.h"
+#include "regression/design/mcbuildstatus.h"
+#include "regression/design/mcfactorcounts.h"
+#include "regression/design/mcfactortables.h"
+#include "regression/design/mcrecordextractor.h"
+#include "regression/design/mcregrecordvalidator.h"
+#include "regression/design/mcregrparameter.h"
+#include "regression/design/mcregrparameterstats.h"
+#include "regression/frame/binaryrecorditerator.h"
+#include "regression/frame/mccancelinfo.h"
+#include "regression/frame/mccomponentdisplay.h"
+#include "regression/frame/mcconst.h"
+#include "regression/frame/mcmv.h"
+#include "regression/frame/mcquerycancel.h"
+#include "regression/frame/mcstatus.h"
+#include "regression/frame/multipassrecorditer.h"
+#include "regression/frame/progresslistener.h"
+#include "regression/frame/progressreport.h"
+#include "regression/frame/progressreportvect.h"
+#include "regression/frame/record.h"
+#include "regression/frame/recorditerator.h"
+#include "regression/interface/imcregcomponent.h"
+#include "regression/interface/imcregoutputstats.h"
+#include "regression/linear/mcglmalgorithm.h"
+#include "regression/linear/mcglmmodel.h"
+#include "regression/linear/mcglmoutputstats.h"
+#include "regression/settings/mclogregsettings.h"
+#include "regression/settings/mcmodeleffect.h"
+#include "regression/settings/mcregsettings.h"
