@@ -50,22 +50,31 @@ MCStatus MCGLMModel::CreateParameters(MCFactorTables* factorTables) {
   if (fStatus.IsError() || fParamsCreated) return fStatus;
   if (factorTables == nullptr) return Fail(MCCommon::MCS_NOT_PROCESSED);
   fFactorTables = factorTables;
-  ListParameters();
+  const bool hasBegun = ListParameters();
   if (fParameters.size() > kMaxParameters) return FailForSize(kMaxParameters);
-  if (IsListCutShort()) return Fail(MCCommon::MCS_CANCELLED);
+  if (!hasBegun || IsListCutShort()) {
+    ClearParameters();
+    return Fail(MCCommon::MCS_CANCELLED);
+  }
   return PrepareRows();
 }
 
-void MCGLMModel::ListParameters() {
+void MCGLMModel::ClearParameters() {
   fParameters.clear();
   fFirstParamIndices.clear();
   fNEffectParams.clear();
+}
+
+// False if a cancel left out the intercept: then all effects are out of step with the tables.
+bool MCGLMModel::ListParameters() {
+  ClearParameters();
   const bool intercept = fSettings->GetInterceptUse() && !fCancelInfo->WillCancel();
   if (intercept) fParameters.emplace_back();
   const int shift = intercept ? 1 : 0;
   for (int e = 0; e < fSettings->GetNModelEffects() && !fCancelInfo->WillCancel(); ++e) {
     ListEffectParameters((*fModelEffects)[static_cast<std::size_t>(e)], e, e + shift);
   }
+  return intercept == fSettings->GetInterceptUse();
 }
 
 void MCGLMModel::ListEffectParameters(const MCModelEffect& effect, int index, int tableEffect) {

@@ -169,7 +169,8 @@ private:
 
   MCCommon::MCStatus Fail(long code);
   MCCommon::MCStatus FailForSize(long limit);
-  void ListParameters();
+  void ClearParameters();
+  bool ListParameters();
   void ListEffectParameters(const MCModelEffect& effect, int index, int tableEffect);
   bool IsListCutShort() const;
   MCCommon::MCStatus PrepareRows();

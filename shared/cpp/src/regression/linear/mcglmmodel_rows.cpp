@@ -39,12 +39,14 @@ double MCGLMModel::ComputeDesignRowValue(const double* row,
 
 bool MCGLMModel::HasCategories(const double* row, const MCRegrParameter& parameter) const {
   const std::vector<int>& variables = fSettings->GetFactors();
+  const std::vector<int>& categories = parameter.GetCategories();
   for (std::size_t i = 0; i < parameter.GetFactors().size(); ++i) {
     const auto found = std::find(variables.begin(), variables.end(), parameter.GetFactors()[i]);
     const auto factor = static_cast<std::size_t>(found - variables.begin());
-    if (found == variables.end() || factor >= fFactorOffsets.size()) return false;
+    const bool isKnown = found != variables.end() && factor < fFactorOffsets.size();
+    if (!isKnown || i >= categories.size()) return false;
     const double code = row[fFactorOffsets[factor]];
-    if (MCCommon::detail::TruncateToInt(0.5 + code) != parameter.GetCategories()[i]) return false;
+    if (MCCommon::detail::TruncateToInt(0.5 + code) != categories[i]) return false;
   }
   return true;
 }
