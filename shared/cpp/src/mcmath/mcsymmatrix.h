@@ -314,99 +314,175 @@ public:
 
   /// @}
   /// \name Sweep
-  /// The pivot set has one bit for each row, set while the row is swept.
+  /// The pivot set has one bit for each row, set while the row is swept; a row that was refused as
+  /// redundant (aliased) is one whose bit stays clear. The scale vector is usually the diagonal
+  /// before any sweep; tolerances are relative to its entries.
   /// @{
 
-  /// Sweeps row k, or takes the sweep back where its bit in `pivots` is set, and flips the bit. A
-  /// row not yet swept is refused when tol * scale[k] >= S(k, k), and when it would blow up the
-  /// diagonal of a swept row. `scale`: n entries, all >= 0, usually the diagonal before any sweep.
-  /// With `check`: false also for k out of range, tol <= 0, too few entries or bits and a negative
-  /// scale. False leaves matrix and bit alone.
+  /// Sweeps row k, or takes the sweep back where its bit in `pivots` is set, and flips the bit:
+  /// true. Sweeping twice restores the matrix up to rounding. With d = S(k, k), a row not yet swept
+  /// is refused, with matrix and bit as they were, when tol * scale[k] >= d, and unless
+  /// (S(j, j) - S(j, k)^2 / d) * tol * scale[j] > -1 for each swept row j: no pivot may blow up a
+  /// diagonal that is swept already. Taking back tests nothing. O(n^2), in place; Numerical method:
+  /// the sweep operator (Beaton 1964) in its reversible form (Dempster 1969).
+  /// `scale`: n entries; `pivots`: n bits. With `check`, false also for k out of range, tol <= 0,
+  /// too few entries or bits, or any negative entry of scale. Without, the caller answers for that.
   bool Sweep(int k, double tol, const std::vector<double>& scale, MCBitSet& pivots, bool check);
 
-  /// Coefficients from a swept cross-product matrix with the response last: the first n - 1 entries
-  /// of its last row, 0 where the bit is clear. False if n - 1 exceeds the bits.
+  /// Coefficients from a swept cross-product matrix with the response last: b is sized to n - 1 and
+  /// takes the first n - 1 entries of the last row, and 0 where the bit is clear; with a single row
+  /// or none it is emptied. False, with b untouched, if n - 1 exceeds the bits.
   bool GetRegCoeffs(std::vector<double>& b, const MCBitSet& pivots) const;
 
-  /// Zeroes rows and columns outside `keep`. False if n exceeds the bits.
+  /// Zeroes the rows and columns whose bit in `keep` is clear. False if n exceeds the bits.
   bool ZeroOutRedundant(const MCBitSet& keep);
 
-  /// Scatters this matrix of kept rows to the set positions of `keep`, zeros elsewhere.
+  /// Scatters this compact matrix to the set positions of `keep` in order: out has one row for each
+  /// bit, in 1 block, and zeros at clear bits and at set bits that remain when all n rows are
+  /// placed. Rows that find no set bit are left out.
   void Expand(const MCBitSet& keep, MCSymMatrix& out) const;
 
   /// @}
   /// \name Cholesky
-  /// L replaces the lower triangle, with L(i, i) = 0 on a redundant row.
+  /// The factor L, with S = L L', replaces the lower triangle row by row. A row is redundant when
+  /// what the rows before it leave of its diagonal doesn't exceed tol times its entry in the scale.
+  /// Then L(i, i) = 0 and the row contributes nothing to later rows and to solutions, so that
+  /// inverses are generalised inverses over the rows kept.
   /// @{
 
-  /// Factors in place; answers the number of redundant rows, or -1. Row i is redundant unless its
-  /// remaining diagonal exceeds tol * scale[i].
+  /// Factors in place, O(n^3 / 6), and answers the number of redundant rows. Row i is kept if
+  /// s > tol * scale[i], strictly, where s = S(i, i) less the squares of L(i, j), j < i; entries
+  /// off the diagonal of a redundant row are kept as they come out.
+  /// `scale`: n entries, usually the diagonal. -1, with the matrix unchanged, for a shorter scale
+  /// and, with `check`, for tol < 0 or a negative one among the n entries. Without, a negative
+  /// bound lets s = 0 pass, and a negative s, whose root is NaN.
   int LTChol(const std::vector<double>& scale, double tol, bool check);
-  /// The same, marking the rows that aren't redundant.
+
+  /// The same, setting the bits of the rows kept. `nonRedundant` is first resized to n bits if it
+  /// is smaller, and cleared, also where the answer is -1 then.
   int LTChol(const std::vector<double>& scale, double tol, MCBitSet& nonRedundant, bool check);
-  /// The same with a scale made by GetNCheckDiagonal(scale, tol, 1.0); also the smallest L(i, i).
+
+  /// The same with the scale of GetNCheckDiagonal(scale, tol, 1.0), so that a diagonal below tol is
+  /// judged against 1. `minDiag` is the smallest L(i, i), which is 0 if any row is redundant; it is
+  /// the missing value where the answer is -1 and where there is no row.
   int LTChol(double tol, double& minDiag, bool check);
 
-  /// Lists rows that aren't redundant, at most maxCount of them (all if maxCount < 1), and answers
-  /// their number. The matrix stays.
+  /// Sets `indices` to the first rows, in ascending order, that a factorisation with the diagonal
+  /// as scale keeps, at most maxCount of them, or all if maxCount < 1, and answers their number.
+  /// The matrix stays. 0 and none for a negative tol. Allocates one triangle.
   int CholIndNonRed(int maxCount, double tol, std::vector<int>& indices);
 
-  /// Determinant det[0] * 10^det[1] and/or inverse of L, in place, as `job` asks; answers the
-  /// number of zero diagonals.
+  /// Of a factor L in the triangle, answers the number of zero diagonal elements, and, as `job`
+  /// asks, puts the determinant of L (not of L L') in det[0] * 10^det[1] if job % 10 != 0, and
+  /// replaces L by its inverse if |job| >= 10. The determinant has 1 <= |det[0]| < 10, or is 0
+  /// and 0 with a zero diagonal; an infinite or NaN product stays as it is. The inverse has zeros
+  /// in row and column of a zero diagonal. `det`: two doubles, which may be null if none is asked
+  /// for. Numerical method: LINPACK's determinant and inverse of a positive definite factor
+  /// (Dongarra, Moler, Bunch, Stewart 1979), for factors of deficient rank too.
   int LTDetInverse(double* det, int job);
 
-  /// L becomes (L L')^-1.
+  /// L becomes (L L')^-1, with zeros in row and column of each zero diagonal of L.
   void LTInverse();
   /// L becomes L'L.
   void LTLTransL();
-  /// L becomes L L'.
+  /// L becomes L L': the product of which it is the factor.
   void LTLLTrans();
 
-  /// Solves L L' x = b. -1 if b is shorter than n, else 0.
+  /// Solves L L' x = b for a factor L in the triangle: x is sized to n, with x[i] = 0 where
+  /// L(i, i) = 0. Answers 0, or -1, with x untouched, if b has fewer than n entries. x may be b.
   int LTSubstitute(const std::vector<double>& b, std::vector<double>& x) const;
 
-  /// Factors in place with the diagonal as scale and solves; the number of redundant rows, or -1.
+  /// Factors in place, with the diagonal as scale, and solves. Answers the number of redundant
+  /// rows, whose x is 0. -1, with matrix and x unchanged, unless tol > 0, b has n entries and no
+  /// diagonal element is negative. x may be b.
   int LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x);
 
-  /// Generalised inverse in a second matrix; answers the rank, or -1.
+  /// `inv` becomes the inverse of this positive semidefinite matrix, with zero rows and columns for
+  /// the redundant rows. The answer is the rank. -1, with `inv` and all others unchanged, if scale
+  /// has fewer than n entries; -1 with `inv` invalid where it can't be allocated. Entries of scale
+  /// and tol aren't checked. `inv` may be this matrix.
   int CholInverse(const std::vector<double>& scale, double tol, MCSymMatrix& inv) const;
-  /// The same with the smallest L(i, i).
+  /// The same; `minDiag` is the smallest L(i, i), or the missing value if there is no row.
   int CholInverse(const std::vector<double>& scale, double tol, MCSymMatrix& inv,
                   double& minDiag) const;
-  /// The same, marking the rows that aren't redundant.
+  /// The same, marking the rows that aren't redundant as LTChol does.
   int CholInverse(const std::vector<double>& scale, double tol, MCSymMatrix& inv,
                   MCBitSet& nonRedundant) const;
 
-  /// Determinant as det[0] * 10^det[1], 1 <= |det[0]| < 10, or 0 and 0 if singular.
+  /// Determinant of this positive semidefinite matrix as det[0] * 10^det[1], 1 <= |det[0]| < 10, or
+  /// 0 and 0 with a redundant row. `det`: two doubles. False, with det untouched, without rows, for
+  /// a negative tol, and where memory runs out.
   bool ComputeDeterminant(double tol, double* det) const;
 
-  /// Number of dependent rows among the masked rows of a packed m-row matrix; -1 or -2 on failure.
-  /// This matrix becomes the factor of the masked rows.
+  /// Takes the rows in `mask` of a packed m-row matrix, in 1 block, replaces them by their Cholesky
+  /// factor with the scale of GetNCheckDiagonal(scale, tol, 1.0), and answers the number of
+  /// redundant rows: how many depend on the masked rows before them. 0, with nothing changed, for
+  /// m = 0. -1, with nothing changed, if m < 0, if `packed` has fewer than m(m+1)/2 entries or if
+  /// `mask` has fewer than m bits. -2, with the matrix invalid, where memory runs out. `packed` may
+  /// be the triangle of this matrix.
   int CheckMDependent(int m, const std::vector<double>& packed, const MCBitSet& mask, double tol);
 
-  /// Adds to the diagonal of an indefinite matrix until it is positive definite, and rescales it.
-  /// Answers the number of factorisations, or -1 or -2.
+  /// Repairs an indefinite matrix of at least 2 rows. The smallest multiple of the identity that
+  /// leaves no redundant row is searched for: by steps of the largest magnitude of an element, but
+  /// at least n - 2 and 1, then by bisection until half the width, relative above 1, is within tol.
+  /// It is added, then 1 % of the largest diagonal, and the matrix is divided by both additions
+  /// together plus the first entry of GetNCheckDiagonal(scale, 1e-6, 1.0). That scale serves all
+  /// factorisations, with tol as their tolerance.
+  /// Answers the number of factorisations; it is 1, with nothing changed, for a matrix that is
+  /// positive definite. `changed` tells whether it was repaired, `added` what was added to the
+  /// diagonal before the division, else 0. -1, with nothing changed, for n < 2. -2, with nothing
+  /// changed, unless 0 < tol <= 1e6 (the search takes about n + tol steps) and all elements are
+  /// finite, and where sums leave the range of doubles or memory runs out.
   int TransformToPositiveDefinite(double tol, bool& changed, double& added);
 
-  /// Solves S x = b through the normal equations. True if a solution was found.
+  /// Solves S x = b for a matrix that need not be definite, through S'S x = S b and LTSolve.
+  /// Redundant rows have x[i] = 0. False, with x untouched, unless n > 0, tol > 0 and b has n
+  /// entries; false also, with x all 0, if all rows are redundant. The matrix stays. x may be b.
   bool SolveIndefiniteGI(double tol, const std::vector<double>& b, std::vector<double>& x);
 
   /// @}
   /// \name Estimable functions and parameter covariances
   /// @{
 
-  /// Builds columns of estimable functions in H from rows from..to.
+  /// Of a swept cross-product matrix, builds columns of H that generate the estimable functions of
+  /// an effect with the parameters from..to. Each r of them in `keep` gives one column, from `col`
+  /// on: row r of this matrix in its first nRows entries (all n if nRows < 0), except in the rows
+  /// in `keep`, which hold 1.0 in the row r itself and else 0. Those rows are written wherever H
+  /// has them, also beyond nRows. Then rounding noise is cleaned away by ColClean(c, n * 10000.0),
+  /// with `col` the column behind the last one written now, on as many columns as stand before
+  /// `col`, starting at the first one written and as far as H reaches: columns behind the written
+  /// ones are cleaned too. The bits of the rows taken are set in `used`; other bits stay. False,
+  /// with nothing changed, unless 0 <= from <= to < n, `keep` and `used` have n bits, nRows isn't
+  /// above the rows of H, and all columns from col >= 0 on fit in H.
   bool ExtractH(int from, int to, const MCBitSet& keep, MCRectMatrix& H, int& col, MCBitSet& used,
                 int nRows) const;
 
-  /// Screens a covariance matrix for bad variances.
+  /// Screens the covariance matrix G = S M S, of n rows, for variances that can't be: in each row i
+  /// of `mask` with M(i, i) < 0, or else with G(i, i) <= 0, zeroes row and column i of G.
+  /// `negative` gets n bits, set for the rows of the first kind; `count` is the number of rows
+  /// zeroed, and `allGone` tells whether they are all rows of `mask`, and some. A NaN is no bad
+  /// variance. False, with nothing changed, unless M has n(n+1)/2 packed entries, `mask` n bits and
+  /// G n rows. True, with nothing changed, if n is 0.
   bool CheckGMG(const std::vector<double>& M, const MCBitSet& mask, MCSymMatrix& G,
                 MCBitSet& negative, bool& allGone, int& count) const;
 
-  /// Carries a covariance matrix of parameters from one scaling of the predictors to another.
+  /// Carries a covariance matrix of parameters over a change of scale of the predictors: S becomes
+  /// T S T', with T the map that MCMathFun::TransformParameters applies to the parameters
+  /// themselves. There are nBlocks blocks of p parameters, p the size of `shift` and of `scale`;
+  /// the first nIntercepts of each block are intercepts, the others slopes. With
+  ///   A[i] = 1/scale[i], B[i] = shift[i]              if reciprocal,
+  ///   A[i] = scale[i],   B[i] = -shift[i]/scale[i]    otherwise, and B negated if negateShift,
+  /// a slope t[i] is divided by A[i], and an intercept gains the sum of B[i] t[i] over its block.
+  /// False, with the matrix unchanged, unless n = nBlocks * p, shift has p entries, nBlocks >= 1,
+  /// 0 <= nIntercepts <= p, and no scale is 0; several intercepts go with a single block only.
   bool TransformParameterMatrix(const std::vector<double>& shift, const std::vector<double>& scale,
                                 int nBlocks, int nIntercepts, bool negateShift, bool reciprocal);
-  /// The same with parameters outside `mask` treated apart.
+
+  /// The same for a single block in which parameters i outside `mask` don't join in: they are
+  /// transformed with the inverse of their scale and no shift. If there are intercepts, shift[i] of
+  /// each that has a scale other than 1 or a shift other than 0 is added to element (i, 0) at the
+  /// end, as it stands, whether i is a slope or an intercept. Shift and scale need n entries, the
+  /// mask n bits.
   bool TransformParameterMatrix(const std::vector<double>& shift, const std::vector<double>& scale,
                                 const MCBitSet& mask, int nIntercepts, bool negateShift,
                                 bool reciprocal);
