@@ -24,5 +24,7 @@ install(FILES ${PROJECT_BINARY_DIR}/mcstatConfig.cmake
               ${PROJECT_BINARY_DIR}/mcstatConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/mcstat)
 
+# Relative to the file itself, so that an installed tree may be moved.
+file(RELATIVE_PATH MCSTAT_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/mcstat.pc.in ${PROJECT_BINARY_DIR}/mcstat.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/mcstat.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

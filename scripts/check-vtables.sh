@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Compares the order of virtual operations of every public class with the committed list: hosts
+# subclass our interfaces, so that order is ABI. With --update the list is written anew.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+list=cmake/vtables.txt
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+slots() {
+  echo '#include "regression/regression.h"' >"$scratch/all.cpp"
+  c++ -std=c++17 -Ishared/cpp/src -fsyntax-only -fdump-lang-class="$scratch/classes" "$scratch/all.cpp"
+  # A slot reads "16    (int (*)(...))Class::Operation"; the class of a block stands in its head.
+  awk '/^Vtable for / { keep = $3 !~ /^(std|__)/; if (keep) print $3; next }
+       /^Class / { keep = 0 }
+       keep && /\(int \(\*\)\(\.\.\.\)\)/ { sub(/^[0-9]+ +/, "  "); sub(/\(int \(\*\)\(\.\.\.\)\)/, ""); print }' \
+    "$scratch/classes" | grep -vE '^  0$'
+}
+if [ "${1:-}" = --update ]; then
+  slots >"$list"
+  exit
+fi
+if ! diff -u "$list" <(slots); then
+  echo "The virtual operations differ from $list. That breaks every host: raise the SONAME number"
+  echo "(MCSTAT_SOVERSION) if it is meant, and then: scripts/check-vtables.sh --update"
+  exit 1
+fi
