@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <dlfcn.h>
-
-#include <memory>
-#include <string>
+#include "regression/regression.h"
 
 #include <gtest/gtest.h>
 
-#include "regression/regression.h"
+#include <dlfcn.h>
+#include <memory>
+#include <string>
 
 namespace {
 
 // One of the two shared objects that plugin/hostplugin.cpp becomes, named by its path.
 class HostPlugin : public testing::TestWithParam<const char*> {
- protected:
+protected:
   void SetUp() override {
     fHandle = dlopen(GetParam(), RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(fHandle, nullptr) << dlerror();
@@ -40,7 +39,7 @@ class HostPlugin : public testing::TestWithParam<const char*> {
     return std::unique_ptr<IMCRegComponent>(MCRegFactory().CreateRegAlgorithm(settings));
   }
 
- private:
+private:
   void* fHandle = nullptr;
   std::vector<int> fVariables;
 };
@@ -65,14 +64,14 @@ TEST_P(HostPlugin, CancelsABuild) {
 
 // What an iterative build hands to a listener, in small.
 class Report : public ProgressReportVect {
- public:
+public:
   int DiscreteMeasure(const std::string& name) override { return name == "seven" ? 7 : 0; }
   double ScaleMeasure(const std::string& name) override { return name == "half" ? 0.5 : 0.0; }
   const std::vector<double>* VectorMeasure(const std::string& name) override {
     return name == "three" ? &fThree : nullptr;
   }
 
- private:
+private:
   std::vector<double> fThree{1.0, 2.0, 3.0};
 };
 

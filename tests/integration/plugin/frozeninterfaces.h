@@ -5,15 +5,15 @@
 // time on purpose, so that a plugin compiled against this copy stops working with the library
 // when the order of virtual operations changes there.
 
+#include "regression/frame/record.h"
+
 #include <string>
 #include <vector>
-
-#include "regression/frame/record.h"
 
 namespace MCCommon {
 
 class RecordIterator {
- public:
+public:
   virtual ~RecordIterator() = default;
   virtual bool HasMore() const = 0;
   virtual Record* Next() = 0;
@@ -21,33 +21,33 @@ class RecordIterator {
 };
 
 class MultiPassRecordIter : public RecordIterator {
- public:
+public:
   virtual int NewPass() = 0;
 };
 
 }  // namespace MCCommon
 
 class MCQueryCancel {
- public:
+public:
   virtual ~MCQueryCancel() = default;
   virtual bool IsCancel() = 0;
   virtual bool WillCancel() = 0;
 };
 
 class ProgressReport {
- public:
+public:
   virtual ~ProgressReport() = default;
   virtual int DiscreteMeasure(const std::string& name) = 0;
   virtual double ScaleMeasure(const std::string& name) = 0;
 };
 
 class ProgressReportVect : public ProgressReport {
- public:
+public:
   virtual const std::vector<double>* VectorMeasure(const std::string& name) = 0;
 };
 
 class ProgressListener {
- public:
+public:
   virtual ~ProgressListener() = default;
   virtual bool ReportProgress(ProgressReport* report) = 0;
 };

@@ -15,7 +15,7 @@ namespace {
 
 // The rows (x, 3 - x) for x from 0 to 4.
 class PluginSource : public MCCommon::MultiPassRecordIter {
- public:
+public:
   bool HasMore() const override { return fNext < 5; }
   MCCommon::Record* Next() override {
     fRow[0] = fNext++;
@@ -28,26 +28,26 @@ class PluginSource : public MCCommon::MultiPassRecordIter {
     return 0;
   }
 
- private:
+private:
   MCCommon::Record fRow{2};
   int fNext = 0;
 };
 
 // Says yes from the given poll on.
 class PluginCancel : public MCQueryCancel {
- public:
+public:
   explicit PluginCancel(int yesFrom) : fYesFrom(yesFrom) {}
   bool IsCancel() override { return false; }
   bool WillCancel() override { return fYesFrom > 0 && ++fPolls >= fYesFrom; }
 
- private:
+private:
   int fYesFrom;
   int fPolls = 0;
 };
 
 // Answers whether the report holds what the test put there.
 class PluginListener : public ProgressListener {
- public:
+public:
   bool ReportProgress(ProgressReport* report) override {
     auto* vectors = static_cast<ProgressReportVect*>(report);
     return report->DiscreteMeasure("seven") == 7 && report->ScaleMeasure("half") == 0.5 &&
@@ -64,4 +64,6 @@ PLUGIN_EXPORT void* MakeSource() {
 PLUGIN_EXPORT void* MakeCancel(int yesFrom) {
   return static_cast<MCQueryCancel*>(new PluginCancel(yesFrom));
 }
-PLUGIN_EXPORT void* MakeListener() { return static_cast<ProgressListener*>(new PluginListener); }
+PLUGIN_EXPORT void* MakeListener() {
+  return static_cast<ProgressListener*>(new PluginListener);
+}

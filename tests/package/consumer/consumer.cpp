@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The least a host does: rows of its own, settings, a component, its estimates.
+#include "regression/regression.h"
+
 #include <cstdio>
 #include <memory>
-
-#include "regression/regression.h"
 
 namespace {
 
 // The rows (x, 1 + 2x) for x from 0 to 9.
 class LineSource : public MCCommon::MultiPassRecordIter {
- public:
+public:
   bool HasMore() const override { return fNext < 10; }
   MCCommon::Record* Next() override {
     fRow[0] = fNext++;
@@ -23,7 +23,7 @@ class LineSource : public MCCommon::MultiPassRecordIter {
     return 0;
   }
 
- private:
+private:
   MCCommon::Record fRow{2};
   int fNext = 0;
 };

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "support/libraryfit.h"
+
+#include "regression/component/mcregfactory.h"
+#include "support/rowsource.h"
+
+namespace mctest {
+
+LibraryFit::LibraryFit(const LinearProblem& problem) : fProblem(problem) {
+  fSettings.SetDependent(problem.dependent);
+  for (std::size_t i = 0; i < problem.factors.size(); ++i) {
+    fSettings.AddFactor(problem.factors[i], problem.factorSizes[i]);
+  }
+  for (const int x : problem.covariates) fSettings.AddCovariate(x);
+  if (problem.freqWeight >= 0) fSettings.SetFrequencyWeightVar(problem.freqWeight);
+  if (problem.regrWeight >= 0) fSettings.SetRegrWeightVar(problem.regrWeight);
+  fSettings.SetInterceptUse(problem.intercept);
+  fVariables = problem.factors;
+  fVariables.insert(fVariables.end(), problem.covariates.begin(), problem.covariates.end());
+  for (const EffectSpec& effect : problem.effects) AddEffect(effect);
+}
+
+void LibraryFit::AddEffect(const EffectSpec& spec) {
+  MCModelEffect effect(static_cast<int>(fProblem.factors.size()),
+                       static_cast<int>(fProblem.covariates.size()), &fVariables);
+  for (const auto& [factor, nest] : spec.factors) effect.AddNewFactor(factor, nest);
+  for (const int x : spec.covariates) effect.AddCovariate(x);
+  fSettings.AddModelEffect(effect);
+}
+
+MCCommon::MCStatus LibraryFit::Build() {
+  MCRegFactory factory;
+  fComponent.reset(factory.CreateRegAlgorithm(fSettings));
+  if (fComponent == nullptr) return factory.GetStatus();
+  RowSource source(fProblem.rows);
+  return fComponent->BuildModel(source);
+}
+
+const IMCRegOutputStats& LibraryFit::Results() {
+  IMCRegOutputStats* results = nullptr;
+  static_cast<void>(fComponent->GetOutputStats(results));
+  return *results;
+}
+
+}  // namespace mctest
