@@ -93,7 +93,7 @@ TEST_P(GeneratedDesign, AgreesWithEliminationOnTheExplicitDesign) {
   LibraryFit fit(problem);
   ASSERT_TRUE(fit.Build().IsOK());
   const IMCRegOutputStats& results = fit.Results();
-  const std::vector<double>& estimates = results.GetParamEstimates();
+  const std::vector<double>& estimates = *results.GetParamEstimates();
   const std::size_t p = expected.estimates.size();
   ASSERT_EQ(estimates.size(), p);
 

@@ -50,8 +50,8 @@ TEST_P(HostPlugin, FeedsABuild) {
   ASSERT_TRUE(component->BuildModel(*source).IsOK());
   IMCRegOutputStats* results = nullptr;
   ASSERT_TRUE(component->GetOutputStats(results).IsOK());
-  EXPECT_NEAR(results->GetParamEstimates()[0], 3.0, 1e-14);
-  EXPECT_NEAR(results->GetParamEstimates()[1], -1.0, 1e-14);
+  EXPECT_NEAR((*results->GetParamEstimates())[0], 3.0, 1e-14);
+  EXPECT_NEAR((*results->GetParamEstimates())[1], -1.0, 1e-14);
 }
 
 TEST_P(HostPlugin, CancelsABuild) {

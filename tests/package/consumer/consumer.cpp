@@ -44,6 +44,7 @@ int main() {
   if (component == nullptr || component->BuildModel(rows).IsError()) return 1;
   IMCRegOutputStats* results = nullptr;
   if (component->GetOutputStats(results).IsError()) return 1;
-  std::printf("y = %g + %g x\n", results->GetParamEstimates()[0], results->GetParamEstimates()[1]);
+  const std::vector<double>& estimates = *results->GetParamEstimates();
+  std::printf("y = %g + %g x\n", estimates[0], estimates[1]);
   return 0;
 }
