@@ -143,7 +143,9 @@ TEST(CertifiedData, FilipKeepsEightOfElevenColumns) {
   std::string pattern;
   for (const MCRegrParameterStats& stats : fit.Results().GetParamStats()) {
     pattern += stats.fRedundant ? 'x' : '.';
-    if (stats.fRedundant) EXPECT_EQ(stats.fEstimate, 0.0);
+    if (stats.fRedundant) {
+      EXPECT_EQ(stats.fEstimate, 0.0);
+    }
   }
   // The pattern of a plain sweep with tolerance 1e-12, computed apart from this library.
   EXPECT_EQ(pattern, ".......x.xx");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Fifty generated designs, fitted by the library and by elimination on the explicit design matrix.
+#include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcmv.h"
 #include "support/densefit.h"
 #include "support/libraryfit.h"
@@ -116,7 +117,9 @@ TEST_P(GeneratedDesign, AgreesWithEliminationOnTheExplicitDesign) {
     EXPECT_EQ(results.GetParamStats()[i].fRedundant, expected.redundant[i]);
     EXPECT_NEAR(estimates[i], static_cast<double>(expected.estimates[i]),
                 bound * static_cast<double>(largest));
-    if (expected.redundant[i]) EXPECT_EQ(estimates[i], 0.0);
+    if (expected.redundant[i]) {
+      EXPECT_EQ(estimates[i], 0.0);
+    }
     for (std::size_t j = 0; j < p; ++j) {
       EXPECT_NEAR(results.GetCovarianceMatrix()->GetElem(k, static_cast<int>(j)),
                   static_cast<double>(expected.inverse[i][j]),
