@@ -9,13 +9,13 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
 slots() {
-  echo '#include "regression/regression.h"' >"$scratch/all.cpp"
+  printf '#include "%s"\n' mcmath/mcmath.h regression/regression.h >"$scratch/all.cpp"
   c++ -std=c++17 -Ishared/cpp/src -fsyntax-only -fdump-lang-class="$scratch/classes" "$scratch/all.cpp"
   # A slot reads "16    (int (*)(...))Class::Operation"; the class of a block stands in its head.
-  awk '/^Vtable for / { keep = $3 !~ /^(std|__)/; if (keep) print $3; next }
-       /^Class / { keep = 0 }
-       keep && /\(int \(\*\)\(\.\.\.\)\)/ { sub(/^[0-9]+ +/, "  "); sub(/\(int \(\*\)\(\.\.\.\)\)/, ""); print }' \
-    "$scratch/classes" | grep -vE '^  0$'
+  awk '/^Vtable for / { class = $3 ~ /^(std|__)/ ? "" : $3; slot = 0; next }
+       /^Class / { class = "" }
+       class != "" && sub(/^[0-9]+ +\(int \(\*\)\(\.\.\.\)\)/, "") && $0 != "0" && !/_ZTI/ {
+         printf "%s %02d %s\n", class, slot++, $0 }' "$scratch/classes" | LC_ALL=C sort
 }
 if [ "${1:-}" = --update ]; then
   slots >"$list"

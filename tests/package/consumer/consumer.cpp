@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The least a host does: rows of its own, settings, a component, its estimates.
+#include "mcmath/mcmath.h"
 #include "regression/regression.h"
 
 #include <cstdio>
