@@ -27,7 +27,9 @@ void UpdateMeans(const double* __restrict values, double* __restrict means, std:
   for (std::size_t i = 0; i < n; ++i) {
     const double mean = means[i];
     const double moved = (values[i] - mean) / total * weight + mean;
-    means[i] = std::fabs(moved) < 2.0 * std::fabs(mean) * kEpsilon ? 0.0 : moved;
+    // Named, as the compiler vectorises no conditional expression here.
+    const bool vanished = std::fabs(moved) < 2.0 * std::fabs(mean) * kEpsilon;
+    means[i] = vanished ? 0.0 : moved;
   }
 }
 
@@ -88,6 +90,7 @@ void MCFactorTables::ClearTables() {
         &fNParameters, &fParameterOffsets}) {
     perEffect->clear();
   }
+  fCells.clear();
   fHashKeys.clear();
   fHashPairs.clear();
   fHashtables.clear();
@@ -133,7 +136,14 @@ void MCFactorTables::AddLocalEffect(int effect) {
   fHashKeys.emplace_back(nFactors);
   fHashtables.push_back(std::make_unique<MCHashtable<int>>());
   fHashPairs.emplace_back();
-  for (const int position : factors) fEffectFactors.push_back(GetLocalFactor(position));
+  std::vector<int> localFactors;
+  std::vector<int> nCategories;
+  for (const int position : factors) {
+    localFactors.push_back(GetLocalFactor(position));
+    nCategories.push_back(GetNCategories(localFactors.back()));
+  }
+  fEffectFactors.insert(fEffectFactors.end(), localFactors.begin(), localFactors.end());
+  fCells.emplace_back(localFactors, nCategories);
   fLocalEffectIndices[e] = fNEffects;
   fModelEffectIndices.push_back(effect);
   ++fNEffects;
@@ -178,8 +188,11 @@ bool MCFactorTables::CountLevels(const double* row, double weight) {
 bool MCFactorTables::UpdateLocalEffects() {
   bool recorded = true;
   for (std::size_t l = 0; l < fHashtables.size(); ++l) {
+    const int** cell = fCells[l].Find(fFactorValues.data());
+    if (cell != nullptr && *cell != nullptr) continue;
     const bool done = FillKey(l, fFactorValues) &&
                       UpdateHashtable(fHashtables[l].get(), &fHashPairs[l], fHashKeys[l]);
+    if (done && cell != nullptr) *cell = fHashtables[l]->Get(&fHashKeys[l])->fValue;
     recorded = recorded && done;
   }
   return recorded;

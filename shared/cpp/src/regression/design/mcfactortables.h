@@ -3,6 +3,7 @@
 
 #include "mcmath/mchashkey.h"
 #include "mcmath/mchashtable.h"
+#include "regression/design/mccellindex.h"
 #include "regression/design/mcfactorcounts.h"
 
 #include <cstddef>
@@ -192,6 +193,7 @@ private:
   double fTotalRegrWeight = 0.0;
   double fSampleSize = 0.0;
 
-  std::vector<double> fCovariateValues;  // of the current row, side by side
-  std::int64_t fSizeToUpdate;            // values that a record must have for UpdateAll()
+  std::vector<detail::MCCellIndex> fCells;  // per local effect
+  std::vector<double> fCovariateValues;     // of the current row, side by side
+  std::int64_t fSizeToUpdate;               // values that a record must have for UpdateAll()
 };

@@ -5,6 +5,7 @@
 using namespace MCComponentDisplay;
 
 void MCFactorTables::DisplayLocalEffects() const {
+  DisplayText(1, "fHashKeys");
   for (const MCCommonMath::MCHashKey& key : fHashKeys) key.Display();
   for (std::size_t l = 0; l < fHashtables.size(); ++l) {
     fHashtables[l]->Display();

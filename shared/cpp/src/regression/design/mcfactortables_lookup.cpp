@@ -39,6 +39,11 @@ int MCFactorTables::GetParameterIndex(const MCHashtable<int>* table, MCHashKey& 
 
 int MCFactorTables::FindLocalEffect(std::size_t localEffect,
                                     const std::vector<int>& factorValues) const {
+  const detail::MCCellIndex& cells = fCells[localEffect];
+  if (cells.IsUsed() && factorValues.size() >= fFactorValues.size()) {
+    const int* const* cell = cells.Find(factorValues.data());
+    return cell == nullptr || *cell == nullptr ? -1 : **cell;
+  }
   if (!FillKey(localEffect, factorValues)) return -1;
   return GetParameterIndex(fHashtables[localEffect].get(), fHashKeys[localEffect]);
 }
