@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Sets up a Debian 12 machine, builds mcfit and fits four data sets with it. Needs apt and a shell,
+# and root or sudo where a package is missing. A second run is incremental.
+set -euo pipefail
+cd "$(dirname "$0")"
+. scripts/setup-debian.sh
+
+preset=release
+mcfit=build/$preset/examples/mcfit/mcfit
+scratch=build/$preset/demo
+rows=1000000
+
+# Shows a command, then runs it.
+run() {
+  printf '\n$'
+  printf ' %q' "$@"
+  printf '\n\n'
+  "$@"
+}
+
+# The data set of the last demonstration; written under another name first, so that an interrupted
+# run leaves nothing that a later one takes for the whole.
+make_rows() {
+  local file=$scratch/deliveries.csv
+  if [ ! -f "$file" ]; then
+    echo "== Making $file: $rows rows"
+    "build/$preset/examples/makerows" "$rows" >"$file.part"
+    mv "$file.part" "$file"
+  fi
+}
+
+mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev
+
+echo "== Building (build/$preset)"
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" --target mcfit makerows
+mkdir -p "$scratch"
+
+echo
+echo "== Certified data: Longley's. The certified coefficient of year is 1829.15146461355."
+run "$mcfit" linear examples/data/longley.csv --dependent employed \
+  --covariates deflator,gnp,unemployed,forces,population,year --digits 10
+
+echo
+echo "== Two factors with interaction and empty cells, and the same rows scored"
+run "$mcfit" linear examples/data/yields.csv --dependent yield --factors variety,water \
+  --effects 'variety, water, variety*water' \
+  --predict examples/data/yields.csv --out "$scratch/yields-scored.csv"
+run head -n 4 "$scratch/yields-scored.csv"
+
+echo
+echo "== Regression weights: Galton's sweet peas"
+run "$mcfit" linear examples/data/peas.csv --dependent progeny --covariates parent --weight weight
+
+echo
+make_rows
+echo "== $rows rows with factors, covariates and frequencies, read as a stream"
+time run "$mcfit" linear "$scratch/deliveries.csv" --dependent hours --factors region,service \
+  --covariates distance,load --freq parcels \
+  --effects 'region, service, region*service, distance, distance^2, load'
+
+echo
+echo "== All fitted. Try: $mcfit linear --help"

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "outputfile.h"
+
+#include "errors.h"
+#include "text.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+namespace mcfit {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSpecial(const std::string& path) {
+  std::error_code ignored;
+  return fs::exists(path, ignored) && !fs::is_regular_file(path, ignored);
+}
+
+// Renaming would replace a symbolic link and not the file that it names.
+std::string Target(const std::string& path) {
+  std::error_code failed;
+  const fs::path target = fs::canonical(path, failed);
+  return failed ? path : target.string();
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path)
+    : fPath(IsSpecial(path) ? path : Target(path)),
+      fWritten(IsSpecial(path) ? fPath : fPath + ".part"),
+      fFile(std::fopen(fWritten.c_str(), "wbe")) {
+  if (!fFile) Fail();
+}
+
+OutputFile::~OutputFile() {
+  if (fFile && !IsDirect()) std::remove(fWritten.c_str());
+}
+
+void OutputFile::Write(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), fFile.get()) != text.size()) Fail();
+}
+
+void OutputFile::Commit() {
+  if (std::fflush(fFile.get()) != 0) Fail();
+  if (!IsDirect() && std::rename(fWritten.c_str(), fPath.c_str()) != 0) Fail();
+  fFile.reset();
+}
+
+void OutputFile::Fail() const {
+  throw InputError(fmt::format("cannot write {}: {}", Quoted(fWritten), std::strerror(errno)));
+}
+
+}  // namespace mcfit

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace mcfit {
+
+/// A result file that appears under its name only when it is complete: it is written as NAME.part
+/// beside it and renamed at the end. What is no regular file, such as a pipe, is written directly.
+/// Failures throw InputError.
+class OutputFile {
+public:
+  explicit OutputFile(const std::string& path);
+
+  /// Removes the unfinished file.
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  void Write(std::string_view text);
+
+  /// Ends the writing and puts the file in its place.
+  void Commit();
+
+private:
+  [[noreturn]] void Fail() const;
+  bool IsDirect() const { return fWritten == fPath; }
+
+  struct Closer {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+
+  std::string fPath;
+  std::string fWritten;
+  std::unique_ptr<std::FILE, Closer> fFile;
+};
+
+}  // namespace mcfit

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "program.h"
+
+#include "errors.h"
+#include "interrupt.h"
+#include "linearcommand.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <vector>
+
+namespace mcfit {
+
+namespace {
+
+int RunCommands(int argc, char** argv) {
+  CLI::App app("Fits regressions to CSV files with the mcstat library", "mcfit");
+  app.set_version_flag("--version", "mcfit " MCFIT_VERSION);
+  // Not "exactly one": the parser would then hide which word it didn't know.
+  app.require_subcommand(0, 1);
+  std::vector<std::unique_ptr<Command>> commands;
+  commands.push_back(std::make_unique<LinearCommand>(app));
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kSuccess : kBadInput;
+  }
+  if (app.get_subcommands().empty()) {
+    throw InputError("a subcommand is required; see mcfit --help");
+  }
+  for (const std::unique_ptr<Command>& command : commands) {
+    if (command->IsChosen()) command->Run();
+  }
+  if (std::fflush(stdout) != 0) throw InputError("the results could not be written");
+  return kSuccess;
+}
+
+int Fail(ExitStatus status, const char* message) {
+  // What is printed already comes before the message where both go to one place.
+  std::fflush(stdout);
+  std::fprintf(stderr, "mcfit: %s\n", message);
+  return status;
+}
+
+}  // namespace
+
+int RunProgram(int argc, char** argv) {
+  try {
+    CatchInterrupts();
+    return RunCommands(argc, argv);
+  } catch (const Interrupted& stop) {
+    return Fail(kInterrupted, stop.what());
+  } catch (const InputError& error) {
+    return Fail(kBadInput, error.what());
+  } catch (const ModelError& error) {
+    return Fail(kModelFailure, error.what());
+  } catch (const std::system_error& error) {
+    return Fail(kBadInput, error.what());
+  } catch (const std::bad_alloc&) {
+    return Fail(kModelFailure, "out of memory");
+  } catch (const std::exception& error) {
+    return Fail(kModelFailure, error.what());
+  }
+}
+
+}  // namespace mcfit

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace mcfit {
+
+/// The columns that a regression uses, by name, as the options tell them.
+struct ModelColumns {
+  std::string dependent;
+  std::vector<std::string> factors;
+  std::vector<std::string> covariates;
+  std::optional<std::string> frequency;
+  std::optional<std::string> weight;
+};
+
+enum class Role { kDependent, kFactor, kCovariate, kFrequency, kWeight };
+
+/// What each position of a record holds. Records hold the columns that have a role and nothing
+/// else: the dependent, the factors, the covariates, the frequency weight, the regression weight.
+class RecordLayout {
+public:
+  struct Column {
+    std::string name;
+    Role role;
+  };
+
+  /// Throws InputError for a column that is named twice.
+  explicit RecordLayout(const ModelColumns& columns);
+
+  const std::vector<Column>& Columns() const { return fColumns; }
+  const Column& At(int position) const { return fColumns[static_cast<std::size_t>(position)]; }
+  int Width() const { return static_cast<int>(fColumns.size()); }
+
+  /// Positions of a role, in order.
+  std::vector<int> Positions(Role role) const;
+
+  /// The one position of a role, -1 if no column has it.
+  int Position(Role role) const;
+
+  /// Position of the factor or covariate of that name, -1 if there is none.
+  int PositionOfPredictor(const std::string& name) const;
+
+  /// How many-th factor stands at the position.
+  int FactorNumber(int position) const { return position - Position(Role::kFactor); }
+
+private:
+  void Add(const std::string& name, Role role);
+
+  std::vector<Column> fColumns;
+};
+
+}  // namespace mcfit

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "scorer.h"
+
+#include "errors.h"
+#include "interrupt.h"
+#include "text.h"
+
+#include <csv.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace mcfit {
+
+namespace {
+
+constexpr const char* kScoreColumn = "predicted";
+
+// Appends the cell, in quotes only if it can't be read back without.
+void AppendCell(std::string& line, std::string_view cell) {
+  const bool needsQuotes = cell.find_first_of(",\"\r\n") != std::string_view::npos ||
+                           Trimmed(cell).size() != cell.size();
+  if (!needsQuotes) {
+    line += cell;
+    return;
+  }
+  const std::size_t begin = line.size();
+  line.resize(begin + 2 * cell.size() + 2);  // each character may be a quote that is doubled
+  line.resize(begin +
+              csv_write(line.data() + begin, line.size() - begin, cell.data(), cell.size()));
+}
+
+}  // namespace
+
+Scorer::Scorer(CsvReader& reader, const RecordLayout& layout, const MissingCells& missing)
+    : fReader(reader),
+      fEncoder(reader, layout, {Role::kFactor, Role::kCovariate}, missing),
+      fRecord(layout.Width()) {
+  const std::vector<std::string>& header = reader.Header();
+  if (std::find(header.begin(), header.end(), kScoreColumn) != header.end()) {
+    throw InputError(
+        fmt::format("{}: there is a column {} already", reader.Name(), Quoted(kScoreColumn)));
+  }
+}
+
+ScoreCounts Scorer::Run(const LinearModel& model, OutputFile& out, ProgressLine& progress) {
+  std::string line;
+  for (const std::string& name : fReader.Header()) {
+    AppendCell(line, name);
+    line += ',';
+  }
+  out.Write(line + kScoreColumn + "\n");
+
+  ScoreCounts counts;
+  while (fReader.NextRow()) {
+    StopIfInterrupted();
+    const std::optional<double> score = ScoreRow(model, counts);
+    line.clear();
+    for (std::size_t i = 0; i < fReader.Header().size(); ++i) {
+      AppendCell(line, fReader.Cell(i));
+      line += ',';
+    }
+    if (score) fmt::format_to(std::back_inserter(line), "{}", *score);
+    line += '\n';
+    out.Write(line);
+    if (progress.IsDue()) progress.Show(fmt::format("scoring: {} rows", counts.read));
+  }
+  progress.Erase();
+  return counts;
+}
+
+std::optional<double> Scorer::ScoreRow(const LinearModel& model, ScoreCounts& counts) {
+  ++counts.read;
+  if (fEncoder.EncodeKnown(fValues, model.Data().Labels()) >= 0) {
+    ++counts.unknownLabel;
+    return {};
+  }
+  std::copy(fValues.begin(), fValues.end(), fRecord.GetAll());
+  MCCommon::MCStatus status;
+  if (!model.Results().GetRecordValidator().IsValid4Scoring(fRecord, status)) {
+    ++counts.missing;
+    return {};
+  }
+  const std::optional<double> score = model.Predict(fRecord);
+  ++(score ? counts.scored : counts.unknownCombination);
+  return score;
+}
+
+std::string ScoreText(const ScoreCounts& counts, const std::string& path) {
+  std::string text = fmt::format("Scored {} of {} rows, written to {}\n", counts.scored,
+                                 counts.read, Printable(path));
+  const auto add = [&text](std::int64_t count, const char* reason) {
+    if (count > 0) text += fmt::format("  {:>10}  {}\n", count, reason);
+  };
+  add(counts.missing, "a factor or covariate is missing");
+  add(counts.unknownLabel, "a factor has a label that the fit has not seen");
+  add(counts.unknownCombination, "the factors have a combination that the fit has not seen");
+  return text;
+}
+
+}  // namespace mcfit

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+/// How a program ended and what it wrote.
+struct ProgramResult {
+  int status = -1;  ///< exit status; 128 + the signal that killed it
+  std::string out;
+  std::string err;
+};
+
+/// A run of the mcfit program under the control of a test.
+class ChildProcess {
+public:
+  struct Options {
+    std::string input;            ///< comes in on the standard input
+    bool keepInputOpen = false;   ///< the end of the input doesn't come until Finish()
+    bool errOnTerminal = false;   ///< the standard error is a terminal
+    std::size_t memoryLimit = 0;  ///< bytes of address space, 0 for no limit
+    std::string temporaryFolder;  ///< TMPDIR, if not empty
+    std::string outPath;          ///< the standard output goes there, if not empty
+  };
+
+  ChildProcess(const std::vector<std::string>& arguments, const Options& options);
+  ~ChildProcess();
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  /// Reads the standard error until it has the text. False if the program ends before.
+  bool WaitForError(const std::string& text);
+
+  /// Waits until the program has read all of its input so far and waits for more.
+  void WaitUntilInputIsTaken() const;
+
+  void Send(int signal) const;
+
+  /// Waits for the end of the program.
+  ProgramResult Finish();
+
+private:
+  [[noreturn]] void RunChild(const std::vector<std::string>& arguments, const Options& options);
+
+  pid_t fProcess = -1;
+  int fInput = -1;
+  int fOut = -1;
+  int fErr = -1;
+  int fChildEnds[3] = {-1, -1, -1};
+  ProgramResult fResult;
+};
+
+/// Runs mcfit with these arguments to its end.
+ProgramResult RunMcfit(const std::vector<std::string>& arguments,
+                       const ChildProcess::Options& options = {});
