@@ -16,12 +16,14 @@
 namespace {
 
 using MCCommonMath::detail::AddRankOne;
-using MCCommonMath::detail::kBlockRows;
 using MCCommonMath::detail::MCCrossProduct;
 using MCCommonMath::detail::VectorPath;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+/// Rows of a block of a small matrix.
+constexpr std::size_t kBlockRows = 128;
 
 struct Row {
   std::vector<double> values;
@@ -121,8 +123,8 @@ void ExpectSameBits(int n, const std::vector<Row>& rows) {
 
 TEST(MCCrossProduct, GivesTheBitsOfRowByRowUpdatesAtEveryOrderTo200) {
   for (int n = 1; n <= 200; ++n) {
-    ExpectSameBits(
-        n, RandomRows(n, n % 10 == 0 ? kBlockRows + 3 : 5, 0.1, 1000U + static_cast<unsigned>(n)));
+    ExpectSameBits(n, RandomRows(n, n % 10 == 0 ? 2 * kBlockRows + 3 : 5, 0.1,
+                                 1000U + static_cast<unsigned>(n)));
   }
 }
 
@@ -243,20 +245,33 @@ TEST(AddRankOne, IsTheDefinition) {
 /// The kernels of width W, compiled here for the plain processor, so that also the logic of
 /// widths that this machine lacks is tested.
 template <std::size_t W>
+struct Kernels {
+  static constexpr VectorKernels kTable = MakeKernels<W>();
+  static constexpr std::size_t kCapacity = 32;
+
+  explicit Kernels(std::size_t n)
+      : panels(RowBlock::PanelsSize(kTable.panelColumns, n, kCapacity)),
+        weights(kCapacity),
+        scratch(MCCommonMath::detail::kBandRows * kCapacity),
+        block{n, kCapacity, panels.data(), weights.data(), scratch.data()} {}
+
+  std::vector<double> panels;
+  std::vector<double> weights;
+  std::vector<double> scratch;
+  RowBlock block;
+};
+
+template <std::size_t W>
 void ExpectKernelsAgree(int n) {
-  const std::size_t order = static_cast<std::size_t>(n);
-  const std::size_t size = PanelsOf(order) * kPanelSize;
-  std::vector<double> rows(size, 0.0);
-  std::vector<double> weightedRows(size, 0.0);
+  const Kernels<W> kernels(static_cast<std::size_t>(n));
   std::vector<double> expected(TriangleSize(n), 0.0);
   std::vector<double> actual = expected;
-  const std::vector<Row> data = RandomRows(n, kBlockRows - 5, 0.1, 17U);
+  const std::vector<Row> data = RandomRows(n, Kernels<W>::kCapacity - 5, 0.1, 17U);
   for (std::size_t k = 0; k < data.size(); ++k) {
-    ASSERT_TRUE(StageRow<W>(data[k].values.data(), data[k].weight, order, k, rows.data(),
-                            weightedRows.data()));
+    ASSERT_TRUE(kernels.kTable.stageRow(kernels.block, k, data[k].values.data(), data[k].weight));
     AddPlainly(expected, data[k]);
   }
-  FoldBlock<W>(actual.data(), order, data.size(), rows.data(), weightedRows.data());
+  kernels.kTable.foldBlock(kernels.block, data.size(), actual.data());
   EXPECT_TRUE(SameBits(expected, actual)) << "width " << W << ", n " << n;
 }
 
@@ -268,16 +283,20 @@ TEST(CrossProductKernel, AgreesAtEveryWidthOnAnyProcessor) {
   }
 }
 
+template <std::size_t W>
+void ExpectNotFiniteReported(const std::vector<double>& row) {
+  const Kernels<W> kernels(row.size());
+  EXPECT_FALSE(kernels.kTable.stageRow(kernels.block, 3, row.data(), 1.0));
+}
+
 TEST(CrossProductKernel, ReportsAnEntryThatIsNotFiniteWhereverItStands) {
   for (std::size_t position = 0; position < 19; ++position) {
     for (double special : {kInfinity, -kInfinity, kNaN}) {
       std::vector<double> row(19, 1.0);
       row[position] = special;
-      std::vector<double> storage(2 * PanelsOf(19) * kPanelSize);
-      double* weighted = storage.data() + PanelsOf(19) * kPanelSize;
-      EXPECT_FALSE(StageRow<2>(row.data(), 1.0, 19, 0, storage.data(), weighted));
-      EXPECT_FALSE(StageRow<4>(row.data(), 1.0, 19, 0, storage.data(), weighted));
-      EXPECT_FALSE(StageRow<8>(row.data(), 1.0, 19, 0, storage.data(), weighted));
+      ExpectNotFiniteReported<2>(row);
+      ExpectNotFiniteReported<4>(row);
+      ExpectNotFiniteReported<8>(row);
     }
   }
 }

@@ -6,14 +6,24 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <memory>
 
 namespace MCCommonMath {
 namespace detail {
 
 namespace {
 
-constexpr std::size_t kAlignment = 64;
+/// Rows that a block holds: few keep it in the nearest caches, many amortise the reading and
+/// writing of the triangle.
+std::size_t BlockRows(std::size_t n) {
+  return n <= 24 ? 128 : 256;
+}
+
+/// The first cache line that begins at or after `from`.
+double* StartOfLine(double* from) {
+  constexpr std::uintptr_t kLineBytes = kLineDoubles * sizeof(double);
+  const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(from) % kLineBytes;
+  return beyond == 0 ? from : from + (kLineBytes - beyond) / sizeof(double);
+}
 
 bool IsNegativeZero(double x) {
   return x == 0.0 && std::signbit(x);
@@ -33,7 +43,10 @@ void AddRankOne(double* triangle, std::size_t n, const double* x, double w) {
 }
 
 MCCrossProduct::MCCrossProduct(int n, std::vector<double>& triangle, VectorPath path)
-    : fNRows(static_cast<std::size_t>(n)), fTriangle(triangle), fKernels(KernelsOf(path)) {}
+    : fBlock{static_cast<std::size_t>(n), BlockRows(static_cast<std::size_t>(n)), nullptr, nullptr,
+             nullptr},
+      fTriangle(triangle),
+      fKernels(KernelsOf(path)) {}
 
 bool MCCrossProduct::IsSparse(int n, int nonZeros) {
   // A scattered addition costs as much as some thirty of a dense block.
@@ -42,12 +55,12 @@ bool MCCrossProduct::IsSparse(int n, int nonZeros) {
 }
 
 void MCCrossProduct::AllocateBlock() {
-  const std::size_t size = PanelsOf(fNRows) * kPanelColumns * kBlockRows;
-  fStorage.assign(2 * size + kAlignment / sizeof(double), 0.0);
-  void* start = fStorage.data();
-  std::size_t space = fStorage.size() * sizeof(double);
-  fpRows = static_cast<double*>(std::align(kAlignment, 2 * size * sizeof(double), start, space));
-  fpWeightedRows = fpRows + size;
+  const std::size_t capacity = fBlock.capacity;
+  const std::size_t panels = RowBlock::PanelsSize(fKernels.panelColumns, fBlock.nColumns, capacity);
+  fStorage.assign(panels + capacity + kBandRows * capacity + kLineDoubles, 0.0);
+  fBlock.panels = StartOfLine(fStorage.data());
+  fBlock.weights = fBlock.panels + panels;
+  fBlock.scratch = fBlock.weights + capacity;
 }
 
 // The block adds also the products of zeros, which the definition skips. That changes no bit of
@@ -55,10 +68,10 @@ void MCCrossProduct::AllocateBlock() {
 // started so. All else takes the plain way.
 bool MCCrossProduct::AddRow(const double* x, double w) {
   if (!(w > 0.0)) return false;
-  if (fpRows == nullptr) AllocateBlock();
+  if (fStorage.empty()) AllocateBlock();
   CheckTarget();
-  if (!fbNegativeZeros && fKernels.stageRow(x, w, fNRows, fNPending, fpRows, fpWeightedRows)) {
-    if (++fNPending == kBlockRows) FoldBlock();
+  if (!fbNegativeZeros && fKernels.stageRow(fBlock, fNPending, x, w)) {
+    if (++fNPending == fBlock.capacity) FoldBlock();
   } else {
     AddPlainRow(x, w);
   }
@@ -86,7 +99,7 @@ bool MCCrossProduct::AddSparseRow(int m, const int* idx, const double* val, doub
 }
 
 void MCCrossProduct::AddWrittenOut(int m, const int* idx, const double* val, double w) {
-  fWrittenOut.resize(fNRows);
+  fWrittenOut.resize(fBlock.nColumns);
   for (int a = 0; a < m; ++a) fWrittenOut[static_cast<std::size_t>(idx[a])] = val[a];
   AddPlainRow(fWrittenOut.data(), w);
   for (int a = 0; a < m; ++a) fWrittenOut[static_cast<std::size_t>(idx[a])] = 0.0;
@@ -94,7 +107,7 @@ void MCCrossProduct::AddWrittenOut(int m, const int* idx, const double* val, dou
 
 void MCCrossProduct::AddPlainRow(const double* x, double w) {
   FoldBlock();
-  AddRankOne(fTriangle.data(), fNRows, x, w);
+  AddRankOne(fTriangle.data(), fBlock.nColumns, x, w);
 }
 
 void MCCrossProduct::CheckTarget() {
@@ -105,7 +118,7 @@ void MCCrossProduct::CheckTarget() {
 
 void MCCrossProduct::FoldBlock() {
   if (fNPending == 0) return;
-  fKernels.foldBlock(fTriangle.data(), fNRows, fNPending, fpRows, fpWeightedRows);
+  fKernels.foldBlock(fBlock, fNPending, fTriangle.data());
   fNPending = 0;
 }
 

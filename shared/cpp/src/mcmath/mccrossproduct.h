@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "mcmath/detail/vectorkernels.h"
 #include "mcmath/vectorpath.h"
 
 #include <cstddef>
@@ -59,12 +60,10 @@ private:
   void CheckTarget();
   void FoldBlock();
 
-  std::size_t fNRows;
+  RowBlock fBlock;
   std::vector<double>& fTriangle;
   const VectorKernels& fKernels;
   std::vector<double> fStorage;
-  double* fpRows = nullptr;
-  double* fpWeightedRows = nullptr;
   std::size_t fNPending = 0;
   std::vector<double> fWrittenOut;
   bool fbTargetChecked = false;

@@ -2,7 +2,7 @@
 #pragma once
 
 // Cross-products of a block of rows in a packed lower triangle: row i at i(i+1)/2. The block is
-// stored in panels, see vectorkernels.h. A tile of R rows and C columns of the triangle stays in
+// stored in panels, see RowBlock. A tile of the triangle, kTileRows by kTileColumns, stays in
 // registers while the rows of the block run through it in order, multiply then add.
 
 #include "mcmath/detail/lanes.h"
@@ -10,19 +10,24 @@
 
 namespace {
 
-using MCCommonMath::detail::kBlockRows;
-using MCCommonMath::detail::kPanelColumns;
-using MCCommonMath::detail::PanelsOf;
+using MCCommonMath::detail::kBandRows;
+using MCCommonMath::detail::RowBlock;
+using MCCommonMath::detail::VectorKernels;
 
-constexpr std::size_t kPanelSize = kPanelColumns * kBlockRows;
+/// Tile sizes that fill the registers: 16 of 16 or 32 bytes, or 32 of 64 bytes.
+template <std::size_t W>
+struct TileShape {
+  static constexpr std::size_t kRows = W == 8 ? 8 : 4;
+  static constexpr std::size_t kColumns = 2 * W;
+};
 
-/// Adds the products of `count` block rows to a tile whose row r starts at tile[r]. `factors`
-/// points at the R weighted columns, `columns` at the C columns, each within one panel or, for
-/// C of two panels, at the start of the first. The loops over the tile must unroll completely,
-/// the loading and storing ones too, or the compiler keeps the tile in memory.
+/// Adds the products of `count` rows to a tile whose row r starts at tile[r]. `factors` and
+/// `columns` are panels of as many columns as the tile has rows and columns. The loops over the
+/// tile must unroll completely, the loading and storing ones too, or the compiler keeps the tile
+/// in memory.
 template <std::size_t W, std::size_t R, std::size_t C>
-inline void FoldTile(double* const (&tile)[R], const double* factors, const double* columns,
-                     std::size_t count) {
+[[gnu::noinline]] void FoldTile(double* const (&tile)[R], const double* factors,
+                                const double* columns, std::size_t count) {
   constexpr std::size_t kVectors = C / W;
   using Vec = typename Lanes<W>::Vec;
   Vec sums[R][kVectors];
@@ -31,13 +36,12 @@ inline void FoldTile(double* const (&tile)[R], const double* factors, const doub
 #pragma GCC unroll 16
     for (std::size_t v = 0; v < kVectors; ++v) LoadLanes<W>(sums[r][v], tile[r] + v * W);
   }
-#pragma GCC unroll 2
+#pragma GCC unroll 4
   for (std::size_t k = 0; k < count; ++k) {
     Vec column[kVectors];
 #pragma GCC unroll 16
     for (std::size_t v = 0; v < kVectors; ++v) {
-      constexpr std::size_t kPerPanel = kPanelColumns / W;
-      LoadLanes<W>(column[v], columns + (v / kPerPanel) * kPanelSize + (v % kPerPanel) * W);
+      LoadLanes<W>(column[v], columns + v * W);
       PinLanes<W>(column[v]);
     }
 #pragma GCC unroll 16
@@ -47,8 +51,8 @@ inline void FoldTile(double* const (&tile)[R], const double* factors, const doub
 #pragma GCC unroll 16
       for (std::size_t v = 0; v < kVectors; ++v) sums[r][v] += factor * column[v];
     }
-    factors += kPanelColumns;
-    columns += kPanelColumns;
+    factors += R;
+    columns += C;
   }
 #pragma GCC unroll 16
   for (std::size_t r = 0; r < R; ++r) {
@@ -62,118 +66,163 @@ inline std::size_t RowStart(std::size_t i) {
   return i * (i + 1) / 2;
 }
 
-/// One block folded into one triangle.
+/// One block folded into one triangle, band by band. A panel of columns meets all tiles of a band
+/// while both are in the nearest cache.
 template <std::size_t W>
 class BlockFold {
 public:
-  BlockFold(double* triangle, std::size_t n, std::size_t count, const double* rows,
-            const double* weightedRows)
-      : fTriangle(triangle), fNRows(n), fCount(count), fRows(rows), fWeightedRows(weightedRows) {}
+  BlockFold(const RowBlock& block, std::size_t count, double* triangle)
+      : fBlock(block),
+        fNRows(block.nColumns),
+        fCount(count),
+        fPanelStride(RowBlock::PanelStride(kColumns, block.capacity)),
+        fTriangle(triangle) {}
 
   void Run() const {
-    for (std::size_t row = 0; row < fNRows; row += kTileRows) FoldRows(row);
+    for (std::size_t band = 0; band < fNRows; band += kBandRows) {
+      const std::size_t end = band + kBandRows < fNRows ? band + kBandRows : fNRows;
+      for (std::size_t row = band; row < end; row += kRows) WeightColumns(row, FactorsOf(row));
+      for (std::size_t column = 0; column < end; column += kColumns) {
+        FoldPanel(column > band ? column : band, end, column);
+      }
+    }
   }
 
 private:
-  static constexpr std::size_t kTileRows = W == 8 ? 8 : 4;
-  static constexpr std::size_t kNarrow = W == 2 ? 4 : 8;
-  static constexpr std::size_t kWide = W == 8 ? 16 : kNarrow;
+  static constexpr std::size_t kRows = TileShape<W>::kRows;
+  static constexpr std::size_t kColumns = TileShape<W>::kColumns;
+  static_assert(kColumns % kRows == 0, "panels hold whole tiles, bands whole panels");
 
-  /// Rows row to row + kTileRows - 1, from column 0 to the diagonal.
-  void FoldRows(std::size_t row) const {
-    const std::size_t columns = row + kTileRows;
-    std::size_t column = 0;
-    for (; column + kWide <= columns; column += kWide) FoldAt<kWide>(row, column);
-    for (; column < columns; column += kNarrow) FoldAt<kNarrow>(row, column);
+  /// The weighted columns row to row + kRows - 1 of the current band, as a panel of their own.
+  double* FactorsOf(std::size_t row) const {
+    return fBlock.scratch + row % kBandRows * fBlock.capacity;
   }
 
-  template <std::size_t C>
-  void FoldAt(std::size_t row, std::size_t column) const {
-    const double* factors =
-        fWeightedRows + (row / kPanelColumns) * kPanelSize + row % kPanelColumns;
-    const double* columns = fRows + (column / kPanelColumns) * kPanelSize + column % kPanelColumns;
-    double* tile[kTileRows];
-    if (row + kTileRows <= fNRows && column + C <= row + 1) {
-      for (std::size_t r = 0; r < kTileRows; ++r) {
-        tile[r] = fTriangle + RowStart(row + r) + column;
+  const double* PanelOf(std::size_t column) const {
+    return fBlock.panels + column / kColumns * fPanelStride;
+  }
+
+  void WeightColumns(std::size_t row, double* factors) const {
+    constexpr std::size_t kLanes = kRows < W ? kRows : W;
+    const double* columns = PanelOf(row) + row % kColumns;
+    for (std::size_t k = 0; k < fCount; ++k) {
+#pragma GCC unroll 8
+      for (std::size_t r = 0; r < kRows; r += kLanes) {
+        typename Lanes<kLanes>::Vec entries;
+        LoadLanes<kLanes>(entries, columns + r);
+        entries *= fBlock.weights[k];
+        StoreLanes<kLanes>(factors + r, entries);
       }
-      FoldTile<W, kTileRows, C>(tile, factors, columns, fCount);
-    } else {
-      FoldEdge<C>(row, column, factors, columns);
+      columns += kColumns;
+      factors += kRows;
     }
+  }
+
+  void FoldPanel(std::size_t row, std::size_t end, std::size_t column) const {
+    const double* columns = PanelOf(column);
+    for (; row < end; row += kRows) {
+      if (row + kRows <= fNRows && column + kColumns <= row + 1) {
+        FoldInside(row, column, FactorsOf(row), columns);
+      } else {
+        FoldEdge(row, column, FactorsOf(row), columns);
+      }
+    }
+  }
+
+  void FoldInside(std::size_t row, std::size_t column, const double* factors,
+                  const double* columns) const {
+    double* tile[kRows];
+    for (std::size_t r = 0; r < kRows; ++r) {
+      tile[r] = fTriangle + RowStart(row + r) + column;
+      // What the next panel will need here.
+      __builtin_prefetch(tile[r] + 2 * kColumns - 1, 1);
+    }
+    FoldTile<W, kRows, kColumns>(tile, factors, columns, fCount);
   }
 
   /// A tile that reaches over the diagonal or below the last row is worked on in a copy.
-  template <std::size_t C>
   void FoldEdge(std::size_t row, std::size_t column, const double* factors,
                 const double* columns) const {
-    double copy[kTileRows][C] = {};
-    double* tile[kTileRows];
-    for (std::size_t r = 0; r < kTileRows; ++r) {
+    double copy[kRows][kColumns];
+    double* tile[kRows];
+    for (std::size_t r = 0; r < kRows; ++r) {
       tile[r] = copy[r];
-      const std::size_t start = RowStart(row + r) + column;
-      const std::size_t length = LengthInside<C>(row + r, column);
-      for (std::size_t c = 0; c < length; ++c) copy[r][c] = fTriangle[start + c];
+#pragma GCC unroll 16
+      for (std::size_t c = 0; c < kColumns; c += W)
+        StoreLanes<W>(copy[r] + c, typename Lanes<W>::Vec{});
+      const std::size_t length = LengthInside(row + r, column);
+      if (length > 0) CopyShort(copy[r], fTriangle + RowStart(row + r) + column, length);
     }
-    FoldTile<W, kTileRows, C>(tile, factors, columns, fCount);
-    for (std::size_t r = 0; r < kTileRows; ++r) {
-      const std::size_t start = RowStart(row + r) + column;
-      const std::size_t length = LengthInside<C>(row + r, column);
-      for (std::size_t c = 0; c < length; ++c) fTriangle[start + c] = copy[r][c];
+    FoldTile<W, kRows, kColumns>(tile, factors, columns, fCount);
+    for (std::size_t r = 0; r < kRows; ++r) {
+      const std::size_t length = LengthInside(row + r, column);
+      if (length > 0) CopyShort(fTriangle + RowStart(row + r) + column, copy[r], length);
     }
   }
 
-  /// How many of the C elements from (row, column) on belong to the triangle.
-  template <std::size_t C>
+  /// Copies at most kColumns doubles, in pieces of fixed sizes that need no call.
+  static void CopyShort(double* to, const double* from, std::size_t length) {
+#pragma GCC unroll 8
+    for (std::size_t piece = kColumns; piece > 0; piece /= 2) {
+      if ((length & piece) == 0) continue;
+      __builtin_memcpy(to, from, piece * sizeof(double));
+      to += piece;
+      from += piece;
+    }
+  }
+
+  /// How many of a tile's elements from (row, column) on belong to the triangle.
   std::size_t LengthInside(std::size_t row, std::size_t column) const {
     if (row >= fNRows || column > row) return 0;
     const std::size_t length = row + 1 - column;
-    return length < C ? length : C;
+    return length < kColumns ? length : kColumns;
   }
 
-  double* fTriangle;
+  const RowBlock& fBlock;
   std::size_t fNRows;
   std::size_t fCount;
-  const double* fRows;
-  const double* fWeightedRows;
+  std::size_t fPanelStride;
+  double* fTriangle;
 };
 
 template <std::size_t W>
-void FoldBlock(double* triangle, std::size_t n, std::size_t count, const double* rows,
-               const double* weightedRows) {
-  BlockFold<W>(triangle, n, count, rows, weightedRows).Run();
+void FoldBlock(const RowBlock& block, std::size_t count, double* triangle) {
+  BlockFold<W>(block, count, triangle).Run();
 }
 
-/// A finite value times 0 is 0, and NaN else, so the sum of these tells of all entries.
+/// A finite value times 0 is 0, any other NaN, so that a sum of these tells of all entries.
 template <std::size_t W>
-bool StageRow(const double* x, double w, std::size_t n, std::size_t slot, double* rows,
-              double* weightedRows) {
+bool StageRow(const RowBlock& block, std::size_t slot, const double* x, double w) {
   using Vec = typename Lanes<W>::Vec;
-  double* to = rows + slot * kPanelColumns;
-  double* weightedTo = weightedRows + slot * kPanelColumns;
-  Vec notFinite = {};
+  constexpr std::size_t kColumns = TileShape<W>::kColumns;
+  const std::size_t n = block.nColumns;
+  const std::size_t stride = RowBlock::PanelStride(kColumns, block.capacity);
+  double* to = block.panels + slot * kColumns;
+  Vec notFinite[kColumns / W] = {};
   std::size_t j = 0;
-  for (; j + kPanelColumns <= n; j += kPanelColumns) {
+  for (; j + kColumns <= n; j += kColumns, to += stride) {
 #pragma GCC unroll 4
-    for (std::size_t lane = 0; lane < kPanelColumns; lane += W) {
-      Vec value;
-      LoadLanes<W>(value, x + j + lane);
-      const Vec weighted = w * value;
-      StoreLanes<W>(to + lane, value);
-      StoreLanes<W>(weightedTo + lane, weighted);
-      notFinite += weighted * 0.0;
+    for (std::size_t v = 0; v < kColumns / W; ++v) {
+      Vec entries;
+      LoadLanes<W>(entries, x + j + v * W);
+      StoreLanes<W>(to + v * W, entries);
+      notFinite[v] += w * entries * 0.0;
     }
-    to += kPanelSize;
-    weightedTo += kPanelSize;
   }
   double sum = 0.0;
   for (std::size_t c = 0; j + c < n; ++c) {
     to[c] = x[j + c];
-    weightedTo[c] = w * x[j + c];
-    sum += weightedTo[c] * 0.0;
+    sum += w * to[c] * 0.0;
   }
-  for (std::size_t lane = 0; lane < W; ++lane) sum += notFinite[lane];
+  notFinite[0] += notFinite[1];
+  for (std::size_t lane = 0; lane < W; ++lane) sum += notFinite[0][lane];
+  block.weights[slot] = w;
   return sum == 0.0;
+}
+
+template <std::size_t W>
+constexpr VectorKernels MakeKernels() {
+  return {TileShape<W>::kColumns, StageRow<W>, FoldBlock<W>};
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace MCCommonMath {
 namespace detail {
 
-const VectorKernels kAvx2Kernels = {StageRow<4>, FoldBlock<4>};
+const VectorKernels kAvx2Kernels = MakeKernels<4>();
 
 }  // namespace detail
 }  // namespace MCCommonMath

@@ -5,7 +5,7 @@
 namespace MCCommonMath {
 namespace detail {
 
-const VectorKernels kAvx512Kernels = {StageRow<8>, FoldBlock<8>};
+const VectorKernels kAvx512Kernels = MakeKernels<8>();
 
 }  // namespace detail
 }  // namespace MCCommonMath

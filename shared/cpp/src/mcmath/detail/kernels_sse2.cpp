@@ -5,7 +5,7 @@
 namespace MCCommonMath {
 namespace detail {
 
-const VectorKernels kSse2Kernels = {StageRow<2>, FoldBlock<2>};
+const VectorKernels kSse2Kernels = MakeKernels<2>();
 
 }  // namespace detail
 }  // namespace MCCommonMath

@@ -32,22 +32,13 @@ inline void FillLanes(typename Lanes<W>::Vec& to, double x) {
   to = x - typename Lanes<W>::Vec{};
 }
 
-/// Doubles in the widest register of the target of this source.
-#if defined(__AVX512F__)
-constexpr std::size_t kNativeLanes = 8;
-#elif defined(__AVX__)
-constexpr std::size_t kNativeLanes = 4;
-#else
-constexpr std::size_t kNativeLanes = 2;
-#endif
-
-/// Keeps a loaded vector in a register. The compiler would otherwise fold the load into each
-/// multiplication that uses it, and the loads, two a cycle, would set the pace.
+/// Keeps a loaded vector of 64 bytes in its register. The compiler would otherwise fold the load
+/// into each multiplication that uses it, and the loads, two a cycle, would set the pace.
 template <std::size_t W>
-inline void PinLanes(typename Lanes<W>::Vec& vec) {
-  if constexpr (W <= kNativeLanes) {
-    __asm__("" : "+v"(vec));
-  }
+inline void PinLanes([[maybe_unused]] typename Lanes<W>::Vec& vec) {
+#if defined(__AVX512F__)
+  if constexpr (W == 8) __asm__("" : "+v"(vec));
+#endif
 }
 
 }  // namespace

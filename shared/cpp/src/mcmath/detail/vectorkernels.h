@@ -6,30 +6,48 @@
 namespace MCCommonMath {
 namespace detail {
 
-/// Columns of a panel: 64 bytes, a cache line, of each row.
-constexpr std::size_t kPanelColumns = 8;
-/// Rows of a block of the cross-product kernels.
-constexpr std::size_t kBlockRows = 128;
+/// Doubles of a cache line.
+constexpr std::size_t kLineDoubles = 8;
 
-/// Number of panels that hold n columns.
-constexpr std::size_t PanelsOf(std::size_t n) {
-  return (n + kPanelColumns - 1) / kPanelColumns;
-}
+/// Rows of a triangle that are worked on together.
+constexpr std::size_t kBandRows = 16;
 
-/// What is written once and compiled for each vector width. A block is stored in panels: panel q
-/// holds columns 8q to 8q+7 of all its kBlockRows rows, row after row, 64-byte aligned; columns
-/// beyond n are zero.
+/// A block of rows of n entries that wait to be folded into a triangle of n rows. It is stored in
+/// panels of a few columns, panel q holding columns q*width to q*width + width - 1 of all its
+/// rows, row after row. Columns beyond n are zero. Between panels lies a cache line of nothing,
+/// as panels a power of two apart would compete for the same places in a cache.
+struct RowBlock {
+  std::size_t nColumns;
+  std::size_t capacity;
+  /// The panels; `capacity` weights; room for kBandRows * capacity doubles. Each begins a line.
+  double* panels;
+  double* weights;
+  double* scratch;
+
+  static constexpr std::size_t PanelStride(std::size_t width, std::size_t capacity) {
+    return width * capacity + kLineDoubles;
+  }
+
+  /// Doubles that the panels take.
+  static constexpr std::size_t PanelsSize(std::size_t width, std::size_t nColumns,
+                                          std::size_t capacity) {
+    return (nColumns + width - 1) / width * PanelStride(width, capacity);
+  }
+};
+
+/// What is written once and compiled for each vector width.
 struct VectorKernels {
-  /// Writes a row of n entries, and w times it, as row `slot` of two blocks. False if an entry of
-  /// the weighted row isn't finite.
-  bool (*stageRow)(const double* x, double w, std::size_t n, std::size_t slot, double* rows,
-                   double* weightedRows);
+  /// Width of the panels.
+  std::size_t panelColumns;
 
-  /// Folds the first `count` rows of a block into the packed lower triangle of n rows, in row
-  /// order: element (i, j), j <= i, receives weightedRows(k, i) * rows(k, j), each product rounded
-  /// and then added. About count n^2/2 multiply-adds.
-  void (*foldBlock)(double* triangle, std::size_t n, std::size_t count, const double* rows,
-                    const double* weightedRows);
+  /// Writes a row of the block and its weight at `slot`. False, the slot to be written again, if
+  /// an entry of the row times its weight isn't finite.
+  bool (*stageRow)(const RowBlock& block, std::size_t slot, const double* x, double w);
+
+  /// Folds the first `count` rows of a block into a packed lower triangle, in row order: element
+  /// (i, j), j <= i, receives (w x[i]) x[j], each product rounded and then added. About
+  /// count n^2/2 multiply-adds.
+  void (*foldBlock)(const RowBlock& block, std::size_t count, double* triangle);
 };
 
 extern const VectorKernels kSse2Kernels;
