@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "mcmath/mcrectmatrix.h"
+#include "mcmath/mcsymmatrix.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace mctest {
+
+/// A dense matrix in long double (64-bit mantissa) with the plainest algorithms there are: the
+/// independent answer beside which the library's own is held.
+class ExtendedMatrix {
+public:
+  ExtendedMatrix(std::size_t rows, std::size_t cols)
+      : fRows(rows), fCols(cols), fData(rows * cols) {}
+
+  explicit ExtendedMatrix(const MCCommonMath::MCSymMatrix& S)
+      : ExtendedMatrix(static_cast<std::size_t>(S.GetNRows()),
+                       static_cast<std::size_t>(S.GetNRows())) {
+    Fill([&S](int i, int j) { return S.GetElem(i, j); });
+  }
+
+  explicit ExtendedMatrix(const MCCommonMath::MCRectMatrix& R)
+      : ExtendedMatrix(static_cast<std::size_t>(R.GetNRows()),
+                       static_cast<std::size_t>(R.GetNCols())) {
+    Fill([&R](int i, int j) { return R.GetElem(i, j); });
+  }
+
+  /// The lower triangle of S, zeros above it.
+  static ExtendedMatrix Lower(const MCCommonMath::MCSymMatrix& S) {
+    ExtendedMatrix result(S);
+    for (std::size_t i = 0; i < result.fRows; ++i) {
+      for (std::size_t j = i + 1; j < result.fCols; ++j) result(i, j) = 0;
+    }
+    return result;
+  }
+
+  std::size_t Rows() const { return fRows; }
+  std::size_t Cols() const { return fCols; }
+  long double& operator()(std::size_t i, std::size_t j) { return fData[i * fCols + j]; }
+  long double operator()(std::size_t i, std::size_t j) const { return fData[i * fCols + j]; }
+
+  ExtendedMatrix Transposed() const {
+    ExtendedMatrix result(fCols, fRows);
+    for (std::size_t i = 0; i < fRows; ++i) {
+      for (std::size_t j = 0; j < fCols; ++j) result(j, i) = (*this)(i, j);
+    }
+    return result;
+  }
+
+  ExtendedMatrix operator*(const ExtendedMatrix& other) const {
+    ExtendedMatrix result(fRows, other.fCols);
+    for (std::size_t i = 0; i < fRows; ++i) {
+      for (std::size_t j = 0; j < other.fCols; ++j) {
+        for (std::size_t k = 0; k < fCols; ++k) result(i, j) += (*this)(i, k) * other(k, j);
+      }
+    }
+    return result;
+  }
+
+  /// Gauss-Jordan elimination with row pivoting of a regular square matrix.
+  ExtendedMatrix Inverse() const {
+    ExtendedMatrix left(*this);
+    ExtendedMatrix right(fRows, fRows);
+    for (std::size_t i = 0; i < fRows; ++i) right(i, i) = 1;
+    for (std::size_t k = 0; k < fRows; ++k) {
+      std::size_t pivot = k;
+      for (std::size_t i = k + 1; i < fRows; ++i) {
+        if (std::abs(left(i, k)) > std::abs(left(pivot, k))) pivot = i;
+      }
+      left.SwapRows(k, pivot);
+      right.SwapRows(k, pivot);
+      const long double d = left(k, k);
+      left.ScaleRow(k, 1 / d);
+      right.ScaleRow(k, 1 / d);
+      for (std::size_t i = 0; i < fRows; ++i) {
+        if (i == k) continue;
+        const long double a = left(i, k);
+        left.SubtractRow(i, a, k);
+        right.SubtractRow(i, a, k);
+      }
+    }
+    return right;
+  }
+
+  /// Largest magnitude of an element.
+  long double Largest() const {
+    long double largest = 0;
+    for (const long double x : fData) largest = std::max(largest, std::abs(x));
+    return largest;
+  }
+
+  /// Largest difference from another matrix of this shape. A NaN anywhere makes it infinite.
+  long double Difference(const ExtendedMatrix& other) const {
+    long double largest = 0;
+    for (std::size_t k = 0; k < fData.size(); ++k) {
+      const long double difference = std::abs(fData[k] - other.fData[k]);
+      if (std::isnan(difference)) return HUGE_VALL;
+      largest = std::max(largest, difference);
+    }
+    return largest;
+  }
+
+private:
+  template <class Element>
+  void Fill(Element element) {
+    for (std::size_t i = 0; i < fRows; ++i) {
+      for (std::size_t j = 0; j < fCols; ++j) {
+        (*this)(i, j) = element(static_cast<int>(i), static_cast<int>(j));
+      }
+    }
+  }
+  void SwapRows(std::size_t i, std::size_t k) {
+    for (std::size_t j = 0; j < fCols; ++j) std::swap((*this)(i, j), (*this)(k, j));
+  }
+  void ScaleRow(std::size_t i, long double a) {
+    for (std::size_t j = 0; j < fCols; ++j) (*this)(i, j) *= a;
+  }
+  void SubtractRow(std::size_t i, long double a, std::size_t k) {
+    for (std::size_t j = 0; j < fCols; ++j) (*this)(i, j) -= a * (*this)(k, j);
+  }
+
+  std::size_t fRows;
+  std::size_t fCols;
+  std::vector<long double> fData;
+};
+
+/// Numbers that are the same on every machine: the SplitMix64 generator (Steele, Lea, Flood 2014).
+class Noise {
+public:
+  explicit Noise(std::uint64_t seed) : fState(seed) {}
+
+  /// In [-1, 1), a multiple of 2^-52.
+  double Next() {
+    std::uint64_t z = (fState += 0x9E3779B97F4A7C15U);
+    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9U;
+    z = (z ^ (z >> 27)) * 0x94D049BB133111EBU;
+    z ^= z >> 31;
+    return static_cast<double>(z >> 11) * 0x1p-52 - 1.0;
+  }
+
+private:
+  std::uint64_t fState;
+};
+
+/// A matrix of noise.
+inline MCCommonMath::MCRectMatrix NoisyMatrix(int rows, int cols, std::uint64_t seed) {
+  MCCommonMath::MCRectMatrix result(rows, cols);
+  Noise noise(seed);
+  for (double& x : result.AsVector()) x = noise.Next();
+  return result;
+}
+
+/// A symmetric matrix of noise, indefinite as a rule.
+inline MCCommonMath::MCSymMatrix NoisySymmetric(int n, std::uint64_t seed) {
+  MCCommonMath::MCSymMatrix result(n);
+  Noise noise(seed);
+  for (double& x : result.AsVector()) x = noise.Next();
+  return result;
+}
+
+/// A positive definite matrix X'X of 3n + 5 rows of noise: its condition number stays below 100 at
+/// every size.
+inline MCCommonMath::MCSymMatrix NoisyDefinite(int n, std::uint64_t seed) {
+  MCCommonMath::MCSymMatrix result(n);
+  const MCCommonMath::MCRectMatrix X = NoisyMatrix(3 * n + 5, n, seed);
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j <= i; ++j) {
+      double sum = 0.0;
+      for (int r = 0; r < X.GetNRows(); ++r) sum += X.GetElem(r, i) * X.GetElem(r, j);
+      result.SetElem(i, j, sum);
+    }
+  }
+  return result;
+}
+
+/// The symmetric matrix with these packed entries, which are n(n+1)/2.
+inline MCCommonMath::MCSymMatrix Packed(const std::vector<double>& entries) {
+  int n = 0;
+  while (static_cast<std::size_t>(n) * (static_cast<std::size_t>(n) + 1) / 2 < entries.size()) ++n;
+  MCCommonMath::MCSymMatrix result(n);
+  result.AsVector() = entries;
+  return result;
+}
+
+/// The rectangular matrix with these rows.
+inline MCCommonMath::MCRectMatrix Rows(const std::vector<std::vector<double>>& rows) {
+  const std::size_t cols = rows.empty() ? 0 : rows.front().size();
+  MCCommonMath::MCRectMatrix result(static_cast<int>(rows.size()), static_cast<int>(cols));
+  auto to = result.AsVector().begin();
+  for (const auto& row : rows) to = std::copy(row.begin(), row.end(), to);
+  return result;
+}
+
+inline std::vector<double> DiagonalOf(const MCCommonMath::MCSymMatrix& S) {
+  std::vector<double> diagonal;
+  for (int i = 0; i < S.GetNRows(); ++i) diagonal.push_back(S.GetElem(i, i));
+  return diagonal;
+}
+
+}  // namespace mctest
