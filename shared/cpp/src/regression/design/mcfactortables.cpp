@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcfactortables.h"
 
+#include "regression/design/runningmeans.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 using MCCommonMath::MCHashKey;
 using MCCommonMath::MCHashPairPointerLess;
@@ -16,21 +15,6 @@ namespace {
 // Makes room for one more entry, growing geometrically as push_back does.
 void ReserveOneMore(MCFactorTables::HashPairs& pairs) {
   if (pairs.size() == pairs.capacity()) pairs.reserve(2 * pairs.capacity() + 1);
-}
-
-// Moves the running means of n covariates on by one row of the given weight, `total` being the
-// sum of weights with that row (West 1979). What is left of a mean after all but the last bits
-// have cancelled is no information, so it becomes 0.
-void UpdateMeans(const double* __restrict values, double* __restrict means, std::size_t n,
-                 double total, double weight) {
-  constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-  for (std::size_t i = 0; i < n; ++i) {
-    const double mean = means[i];
-    const double moved = (values[i] - mean) / total * weight + mean;
-    // Named, as the compiler vectorises no conditional expression here.
-    const bool vanished = std::fabs(moved) < 2.0 * std::fabs(mean) * kEpsilon;
-    means[i] = vanished ? 0.0 : moved;
-  }
 }
 
 }  // namespace
@@ -201,7 +185,8 @@ bool MCFactorTables::UpdateLocalEffects() {
 void MCFactorTables::UpdateCovariateMeans(const double* row, double weight) {
   const std::size_t n = fCovariateIndices.size();
   for (std::size_t i = 0; i < n; ++i) fCovariateValues[i] = row[fCovariateIndices[i]];
-  UpdateMeans(fCovariateValues.data(), fCovariateMeans.data(), n, fTotalRegrWeight, weight);
+  detail::UpdateRunningMeans(fCovariateValues.data(), fCovariateMeans.data(), n, fTotalRegrWeight,
+                             weight, MCCommonMath::detail::WidestVectorPath());
 }
 
 bool MCFactorTables::UpdateHashtable(MCHashtable<int>* table, HashPairs* pairs, MCHashKey& key) {
@@ -212,9 +197,10 @@ bool MCFactorTables::UpdateHashtable(MCHashtable<int>* table, HashPairs* pairs, 
   ReserveOneMore(*pairs);
   auto ownKey = std::make_unique<MCHashKey>(key);
   auto value = std::make_unique<int>(0);
-  table->Put(ownKey.get(), value.get());
-  value.release();
-  pairs->push_back(table->Get(ownKey.release()));
+  if (!table->Put(ownKey.get(), value.get())) return false;
+  static_cast<void>(ownKey.release());
+  static_cast<void>(value.release());
+  pairs->push_back(table->Get(&key));
   return true;
 }
 

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "regression/design/runningmeans.h"
+
+#include <cmath>
+#include <limits>
+
+using MCCommonMath::detail::VectorPath;
+
+namespace {
+
+// The one loop, compiled into each of the functions below for its vector width.
+[[gnu::always_inline]] inline void Update(const double* __restrict values, double* __restrict means,
+                                          std::size_t n, double total, double weight) {
+  constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+  for (std::size_t i = 0; i < n; ++i) {
+    const double mean = means[i];
+    const double moved = (values[i] - mean) / total * weight + mean;
+    // A named condition: the compiler does not vectorise it within the expression.
+    const bool vanished = std::fabs(moved) < 2.0 * std::fabs(mean) * kEpsilon;
+    means[i] = vanished ? 0.0 : moved;
+  }
+}
+
+[[gnu::target("avx512f,prefer-vector-width=512")]] void UpdateAvx512(const double* values,
+                                                                     double* means, std::size_t n,
+                                                                     double total, double weight) {
+  Update(values, means, n, total, weight);
+}
+
+[[gnu::target("avx2")]] void UpdateAvx2(const double* values, double* means, std::size_t n,
+                                        double total, double weight) {
+  Update(values, means, n, total, weight);
+}
+
+}  // namespace
+
+namespace detail {
+
+void UpdateRunningMeans(const double* values, double* means, std::size_t n, double total,
+                        double weight, VectorPath path) {
+  switch (path) {
+    case VectorPath::kAvx512:
+      return UpdateAvx512(values, means, n, total, weight);
+    case VectorPath::kAvx2:
+      return UpdateAvx2(values, means, n, total, weight);
+    case VectorPath::kSse2:
+      break;
+  }
+  Update(values, means, n, total, weight);
+}
+
+}  // namespace detail
