@@ -187,15 +187,15 @@ TEST(InvalidRectOperand, IsRefused) {
   EXPECT_EQ(rect.GetNRows(), 1);
 }
 
-// Every operation that allocates, run with its k-th allocation failing: it throws or answers false
-// or the missing value, its operands keep their values, and an output is as it was, invalid, or,
-// where a scratch row failed, sized.
+// Every operation that allocates, run with its k-th allocation failing: it throws, or answers false
+// or the missing value, and nothing but a failure makes it do so.
 TEST(SymMatrixMemory, EachAllocationMayFail) {
   Numbers numbers(9);
   const MCSymMatrix S = numbers.Sym(4);
   const MCSymMatrix T = numbers.Sym(4);
   const MCRectMatrix R = numbers.Rect(4, 4);
   const std::vector<int> idx = {0, 2};
+  const std::vector<double> operand = numbers.Vector(4);
   MCSymMatrix own;
   MCSymMatrix out;
   MCRectMatrix rect;
@@ -220,9 +220,7 @@ TEST(SymMatrixMemory, EachAllocationMayFail) {
       [&] { return own.ExtractSubmatrix(idx, own); },
       [&] { return out.ComputeRTransByR(R); },
       [&] { return out.ComputeRByRTrans(R); },
-      [&] {
-        return S.ComputeSV(R.AsVectorConst(), vector) || S.ComputeSV(4, {1, 2, 3, 4}, vector);
-      },
+      [&] { return S.ComputeSV(operand, vector); },
       [&] { return S.TraceOfProductOfThree(T, S) != gMissingValue; },
   };
   for (const auto& operation : operations) {
@@ -243,9 +241,6 @@ TEST(SymMatrixMemory, EachAllocationMayFail) {
         fired = fail.HasFired();
       }
       EXPECT_EQ(answer, !fired);
-      if (own.IsValidMatrix() && fired && own.GetNRows() == 4) {
-        EXPECT_EQ(own.AsVectorConst().size(), 10U);
-      }
       if (!fired) break;
     }
   }

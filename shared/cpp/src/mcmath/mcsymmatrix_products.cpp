@@ -12,7 +12,6 @@ namespace MCCommonMath {
 
 using detail::PackedRow;
 using detail::RowStart;
-using detail::RowTimes;
 using detail::StridedVector;
 using detail::TimesVector;
 

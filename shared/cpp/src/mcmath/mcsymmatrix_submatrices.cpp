@@ -9,7 +9,6 @@
 
 namespace MCCommonMath {
 
-using detail::PackedIndex;
 using detail::PackedRow;
 using detail::RowStart;
 
