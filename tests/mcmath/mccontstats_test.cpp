@@ -164,6 +164,14 @@ TEST(MCContStats, LetsNaNIntoTheMeanButPastTheExtremes) {
   EXPECT_EQ(stats.GetSumFreqWeights(), 3.0);
 }
 
+TEST(MCContStats, TakesItsFirstValueAsBothExtremesAlsoIfItIsNaN) {
+  MCContStats stats;
+  ASSERT_TRUE(stats.Update(kNaN));
+  ASSERT_TRUE(stats.Update(2.0));
+  EXPECT_TRUE(std::isnan(stats.GetExtrema().first));
+  EXPECT_TRUE(std::isnan(stats.GetExtrema().second));
+}
+
 TEST(MCContStats, PoolingEqualsUpdatingWithAll) {
   const std::vector<Value> all = RandomValues(999, 12345, 5);
   const Exact exact = ExactStats(all);

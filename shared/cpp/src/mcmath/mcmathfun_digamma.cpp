@@ -69,7 +69,10 @@ double MCMathFun::Digamma(double x) {
   if (x >= kAsymptotic) return DigammaAsymptotic(x);
   if (x < 1.0) return DigammaNearRoot(x + 1.0) - 1.0 / x;
   double sum = 0.0;
-  for (; x > 2.0; x -= 1.0) sum += 1.0 / (x - 1.0);
+  while (x > 2.0) {
+    x -= 1.0;  // exact
+    sum += 1.0 / x;
+  }
   return DigammaNearRoot(x) + sum;
 }
 
