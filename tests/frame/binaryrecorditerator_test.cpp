@@ -27,7 +27,7 @@ File MakeFile(int nValues, int nTailBytes = 0) {
   File file(std::tmpfile());
   std::vector<double> values(static_cast<std::size_t>(nValues));
   std::iota(values.begin(), values.end(), 1.0);
-  std::fwrite(values.data(), sizeof(double), values.size(), file.get());
+  for (const double value : values) std::fwrite(&value, sizeof value, 1, file.get());
   for (int i = 0; i < nTailBytes; ++i) std::fputc(1, file.get());
   std::rewind(file.get());
   return file;

@@ -46,7 +46,9 @@ int BinaryRecordIterator::ReadAhead() {
   fCurrent = fLookahead;
   if (fFailReason != kHasRows) return fFailReason;
   const auto wanted = static_cast<std::size_t>(fNumVars);
-  const std::size_t got = std::fread(fLookahead.GetAll(), sizeof(double), wanted, fFile);
+  // A record of no values has no array, which fread must not be given.
+  const std::size_t got =
+      wanted == 0 ? 0 : std::fread(fLookahead.GetAll(), sizeof(double), wanted, fFile);
   // Fewer than 8 bytes make no item: a tail that short is the end of the file, not a torn row.
   if (got == 0 && std::feof(fFile) != 0) return kEndOfData;
   if (got < wanted) return kReadFailure;
