@@ -33,6 +33,7 @@ TEST(MCRecordExtractor, LaysOutDependentFactorsCovariatesAndWeights) {
       {"all", {8, 2}, {5, 1, 3}, 9, 4, {7, 8, 2, 5, 1, 3, 9, 4}, {1, 2}, {3, 4, 5}, 6, 7},
       {"no weights", {8, 2}, {5}, -1, -1, {7, 8, 2, 5}, {1, 2}, {3}, -1, -1},
       {"frequency weight", {8}, {5}, 9, -1, {7, 8, 5, 9}, {1}, {2}, 3, -1},
+      {"weights at position 0", {}, {}, 0, 0, {7, 0, 0}, {}, {}, 1, 2},
       {"regression weight", {8}, {5}, -2, 0, {7, 8, 5, 0}, {1}, {2}, -1, 3},
       {"dependent alone", {}, {}, -1, -1, {7}, {}, {}, -1, -1},
       {"no factors", {}, {5}, 9, 4, {7, 5, 9, 4}, {}, {1}, 2, 3},

@@ -128,6 +128,32 @@ TEST(MCRegRecordValidator, ScaleValuesMustNotBeMissing) {
   }
 }
 
+// Covariates are compared several at a time: every length, and every place of the missing value.
+TEST(MCRegRecordValidator, AMissingValueIsFoundAtEachPlaceOfManyCovariates) {
+  for (std::size_t nCovariates = 1; nCovariates <= 13; ++nCovariates) {
+    Roles roles(nCovariates, MC_VAR_COVARIATE);
+    roles.insert(roles.begin(), MC_VAR_UNSPECIFIED);
+    const MCRegRecordValidator validator(roles, {}, {}, 0);
+    Doubles values(nCovariates, kInfinity);
+    values.insert(values.begin(), kMissing);
+    values.push_back(kMissing);
+    EXPECT_EQ(Validate(validator, values), "valid") << nCovariates;
+    EXPECT_EQ(Validate4Scoring(validator, values), "valid") << nCovariates;
+    for (std::size_t i = 1; i <= nCovariates; ++i) {
+      for (const double other : {1.0, kNaN, -kInfinity}) {
+        std::fill(values.begin() + 1, values.end(), other);
+        values[i] = kMissing;
+        EXPECT_EQ(Validate(validator, values), "silent") << i << " of " << nCovariates;
+        EXPECT_EQ(Validate4Scoring(validator, values), "silent") << i << " of " << nCovariates;
+        values[i] = other;
+        EXPECT_EQ(Validate(validator, values), "valid") << nCovariates;
+      }
+      values.back() = kMissing;
+      EXPECT_EQ(Validate(validator, values), "valid") << nCovariates;
+    }
+  }
+}
+
 TEST(MCRegRecordValidator, CategoryCodesAreTestedInTheirOrder) {
   const struct {
     double code;

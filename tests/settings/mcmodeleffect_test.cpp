@@ -264,15 +264,27 @@ TEST(MCModelEffectEquality, EachMemberTakesPart) {
   EXPECT_FALSE(MCModelEffect(3, 2, &kVars) == MCModelEffect(2, 2, &kVars));
 }
 
-TEST(MCModelEffectEquality, LevelsCountApartFromTheEntries) {
-  // Same entries and counts, but the second effect had a level more before.
-  MCModelEffect one = MakeEffect({{10, false}, {20, false}});
-  MCModelEffect two = MakeEffect({{10, false}, {20, true}});
-  one.Setup(3, 2, &kVars);
-  two.Setup(3, 2, &kVars);
-  EXPECT_EQ(one.GetModelEffect(), two.GetModelEffect());
-  EXPECT_EQ(one.GetNFactors(), two.GetNFactors());
-  EXPECT_FALSE(one == two);
+// Setup() leaves the counters, so effects with the same entries can differ in each of them.
+MCModelEffect SetUpAgain(MCModelEffect effect) {
+  effect.Setup(3, 2, &kVars);
+  return effect;
+}
+
+TEST(MCModelEffectEquality, CountersTakePartApartFromTheEntries) {
+  const MCModelEffect fresh(3, 2, &kVars);
+  const MCModelEffect crossed = SetUpAgain(MakeEffect({{10, false}, {20, false}}));
+  const MCModelEffect nested = SetUpAgain(MakeEffect({{10, false}, {20, true}}));
+  const MCModelEffect oneFactor = SetUpAgain(MakeEffect({{10, false}}));
+  const MCModelEffect covariate = SetUpAgain(MakeEffect({}, {40}));
+  EXPECT_FALSE(crossed == nested) << "levels";
+  EXPECT_FALSE(crossed == oneFactor) << "factors";
+  EXPECT_FALSE(covariate == fresh) << "covariates";
+  EXPECT_TRUE(SetUpAgain(fresh) == fresh);
+}
+
+TEST(MCModelEffectIsContainedIn, ComparesTheCountersToo) {
+  const MCModelEffect covariate = SetUpAgain(MakeEffect({}, {40}));
+  EXPECT_FALSE(covariate.IsContainedIn(MakeEffect({{10, false}})));
 }
 
 TEST(MCModelEffectIsContainedIn, NeedsMoreFactorsAndTheSameCovariates) {

@@ -38,8 +38,8 @@ int BinaryRecordIterator::NewPass() {
 }
 
 bool BinaryRecordIterator::IsReadable() const {
-  return fFile != nullptr && fNumVars >= 0 && fCurrent.Size() == fNumVars &&
-         fLookahead.Size() == fNumVars;
+  // A record has another size where numVars is negative, and where memory ran out.
+  return fFile != nullptr && fCurrent.Size() == fNumVars && fLookahead.Size() == fNumVars;
 }
 
 int BinaryRecordIterator::ReadAhead() {
