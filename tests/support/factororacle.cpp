@@ -26,9 +26,8 @@ FactorOracle::FactorOracle(const FactorDesign& design)
 
 long long FactorOracle::Level(double code) const {
   const double rounded = code + 0.5;
-  if (!(std::fabs(rounded) < 4e9)) return LLONG_MIN;
-  const long long truncated = std::llround(std::trunc(rounded));
-  if (truncated < INT_MIN || truncated > INT_MAX) return LLONG_MIN;
+  const bool fits = rounded > -2147483649.0 && rounded < 2147483648.0;  // false for NaN
+  const long long truncated = fits ? std::llround(std::trunc(rounded)) : INT_MIN;
   return truncated - fDesign.lowestCategory;
 }
 

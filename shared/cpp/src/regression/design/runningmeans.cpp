@@ -21,9 +21,8 @@ namespace {
   }
 }
 
-[[gnu::target("avx512f,prefer-vector-width=512")]] void UpdateAvx512(const double* values,
-                                                                     double* means, std::size_t n,
-                                                                     double total, double weight) {
+[[gnu::target("avx512f")]] void UpdateAvx512(const double* values, double* means, std::size_t n,
+                                             double total, double weight) {
   Update(values, means, n, total, weight);
 }
 
