@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/detail/crossproductkernel.h"
+#include "mcmath/detail/makekernels.h"
 #include "mcmath/detail/vectorkernels.h"
 #include "mcmath/mccrossproduct.h"
 
@@ -17,6 +17,8 @@ namespace {
 
 using MCCommonMath::detail::AddRankOne;
 using MCCommonMath::detail::MCCrossProduct;
+using MCCommonMath::detail::RowBlock;
+using MCCommonMath::detail::VectorKernels;
 using MCCommonMath::detail::VectorPath;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -253,7 +255,7 @@ struct Kernels {
       : panels(RowBlock::PanelsSize(kTable.panelColumns, n, kCapacity)),
         weights(kCapacity),
         scratch(MCCommonMath::detail::kBandRows * kCapacity),
-        block{n, kCapacity, panels.data(), weights.data(), scratch.data()} {}
+        block{n, kCapacity, panels.data(), panels.data(), weights.data(), scratch.data()} {}
 
   std::vector<double> panels;
   std::vector<double> weights;
@@ -268,7 +270,9 @@ void ExpectKernelsAgree(int n) {
   std::vector<double> actual = expected;
   const std::vector<Row> data = RandomRows(n, Kernels<W>::kCapacity - 5, 0.1, 17U);
   for (std::size_t k = 0; k < data.size(); ++k) {
-    ASSERT_TRUE(kernels.kTable.stageRow(kernels.block, k, data[k].values.data(), data[k].weight));
+    kernels.block.weights[k] = data[k].weight;
+    ASSERT_TRUE(kernels.kTable.stageRow(kernels.block, kernels.block.leftPanels, k,
+                                        data[k].values.data(), data[k].weight));
     AddPlainly(expected, data[k]);
   }
   kernels.kTable.foldBlock(kernels.block, data.size(), actual.data());
@@ -286,7 +290,8 @@ TEST(CrossProductKernel, AgreesAtEveryWidthOnAnyProcessor) {
 template <std::size_t W>
 void ExpectNotFiniteReported(const std::vector<double>& row) {
   const Kernels<W> kernels(row.size());
-  EXPECT_FALSE(kernels.kTable.stageRow(kernels.block, 3, row.data(), 1.0));
+  EXPECT_FALSE(
+      kernels.kTable.stageRow(kernels.block, kernels.block.leftPanels, 3, row.data(), 1.0));
 }
 
 TEST(CrossProductKernel, ReportsAnEntryThatIsNotFiniteWhereverItStands) {

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mccrossproduct.h"
 
-#include "mcmath/detail/vectorkernels.h"
+#include "mcmath/detail/aligned.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 
 namespace MCCommonMath {
 namespace detail {
@@ -16,13 +15,6 @@ namespace {
 /// writing of the triangle.
 std::size_t BlockRows(std::size_t n) {
   return n <= 24 ? 128 : 256;
-}
-
-/// The first cache line that begins at or after `from`.
-double* StartOfLine(double* from) {
-  constexpr std::uintptr_t kLineBytes = kLineDoubles * sizeof(double);
-  const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(from) % kLineBytes;
-  return beyond == 0 ? from : from + (kLineBytes - beyond) / sizeof(double);
 }
 
 bool IsNegativeZero(double x) {
@@ -43,7 +35,11 @@ void AddRankOne(double* triangle, std::size_t n, const double* x, double w) {
 }
 
 MCCrossProduct::MCCrossProduct(int n, std::vector<double>& triangle, VectorPath path)
-    : fBlock{static_cast<std::size_t>(n), BlockRows(static_cast<std::size_t>(n)), nullptr, nullptr,
+    : fBlock{static_cast<std::size_t>(n),
+             BlockRows(static_cast<std::size_t>(n)),
+             nullptr,
+             nullptr,
+             nullptr,
              nullptr},
       fTriangle(triangle),
       fKernels(KernelsOf(path)) {}
@@ -58,9 +54,15 @@ void MCCrossProduct::AllocateBlock() {
   const std::size_t capacity = fBlock.capacity;
   const std::size_t panels = RowBlock::PanelsSize(fKernels.panelColumns, fBlock.nColumns, capacity);
   fStorage.assign(panels + capacity + kBandRows * capacity + kLineDoubles, 0.0);
-  fBlock.panels = StartOfLine(fStorage.data());
-  fBlock.weights = fBlock.panels + panels;
+  fBlock.leftPanels = fBlock.rightPanels = StartOfLine(fStorage.data());
+  fBlock.weights = fBlock.leftPanels + panels;
   fBlock.scratch = fBlock.weights + capacity;
+}
+
+bool MCCrossProduct::StageRow(const double* x, double w) {
+  if (fbNegativeZeros) return false;
+  fBlock.weights[fNPending] = w;
+  return fKernels.stageRow(fBlock, fBlock.leftPanels, fNPending, x, w);
 }
 
 // The block adds also the products of zeros, which the definition skips. That changes no bit of
@@ -70,7 +72,7 @@ bool MCCrossProduct::AddRow(const double* x, double w) {
   if (!(w > 0.0)) return false;
   if (fStorage.empty()) AllocateBlock();
   CheckTarget();
-  if (!fbNegativeZeros && fKernels.stageRow(fBlock, fNPending, x, w)) {
+  if (StageRow(x, w)) {
     if (++fNPending == fBlock.capacity) FoldBlock();
   } else {
     AddPlainRow(x, w);

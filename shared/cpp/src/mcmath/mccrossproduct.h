@@ -55,6 +55,7 @@ public:
 
 private:
   void AllocateBlock();
+  bool StageRow(const double* x, double w);
   void AddPlainRow(const double* x, double w);
   void AddWrittenOut(int m, const int* idx, const double* val, double w);
   void CheckTarget();

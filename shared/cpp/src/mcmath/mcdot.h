@@ -10,8 +10,9 @@ namespace detail {
 /// 256 or four of 128 hold them, so kernels of all three widths can add in the same order.
 constexpr std::size_t kLanes = 8;
 
-/// The one order in which lanes are added: halves onto halves.
-inline double AddLanes(const double (&lane)[kLanes]) {
+/// The one order in which lanes are added: halves onto halves. Always inline, as it is compiled
+/// for several processors and an instance made for the widest could serve all callers.
+[[gnu::always_inline]] inline double AddLanes(const double (&lane)[kLanes]) {
   return ((lane[0] + lane[4]) + (lane[2] + lane[6])) + ((lane[1] + lane[5]) + (lane[3] + lane[7]));
 }
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/vectorkernels.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcdot.h"
 #include "mcmath/mcsymmatrix.h"
 #include "mcmath/packedtriangle.h"
+#include "mcmath/vectorpath.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>
@@ -14,15 +16,20 @@ namespace {
 
 using detail::RowStart;
 
-// Packed lower triangle, row i at i(i+1)/2. Turns row i into that of L, given the rows above it,
-// and answers whether it isn't redundant: whether what is left of its diagonal exceeds `floor`. A
-// row j that is redundant, with L(j, j) = 0, contributes nothing.
-bool FactorRow(double* triangle, std::size_t i, double floor) {
+// Element j of a row of L, from what is left of the row's own element. A row j that is redundant,
+// with L(j, j) = 0, contributes nothing.
+double DivideByDiagonal(double left, double diagonal) {
+  return diagonal != 0.0 ? left / diagonal : 0.0;
+}
+
+// Packed lower triangle, row i at i(i+1)/2. Turns row i into that of L, given the rows above it and
+// its own first `from` columns, and answers whether it isn't redundant: whether what is left of
+// its diagonal exceeds `floor`.
+bool FactorRow(double* triangle, std::size_t i, std::size_t from, double floor) {
   double* const row = triangle + RowStart(i);
-  for (std::size_t j = 0; j < i; ++j) {
+  for (std::size_t j = from; j < i; ++j) {
     const double* const above = triangle + RowStart(j);
-    const double s = row[j] - detail::Dot(row, above, j);
-    row[j] = above[j] != 0.0 ? s / above[j] : 0.0;
+    row[j] = DivideByDiagonal(row[j] - detail::Dot(row, above, j), above[j]);
   }
   const double s = row[i] - detail::Dot(row, row, i);
   const bool isKept = s > floor;
@@ -30,13 +37,36 @@ bool FactorRow(double* triangle, std::size_t i, double floor) {
   return isKept;
 }
 
+// The columns before column i of rows i to i + kDotRows - 1, which have nothing to do with each
+// other: so each row above is read once for all of them.
+void FactorLeftColumns(double* triangle, std::size_t i, const detail::VectorKernels& kernels) {
+  double* rows[detail::kDotRows];
+  for (std::size_t r = 0; r < detail::kDotRows; ++r) rows[r] = triangle + RowStart(i + r);
+  for (std::size_t j = 0; j < i; ++j) {
+    const double* const above = triangle + RowStart(j);
+    double dots[detail::kDotRows];
+    kernels.dotRows(rows, above, j, dots);
+    for (std::size_t r = 0; r < detail::kDotRows; ++r) {
+      rows[r][j] = DivideByDiagonal(rows[r][j] - dots[r], above[j]);
+    }
+  }
+}
+
 // Factors all rows, tells `mark` which of them are kept and answers how many are not. n^3/6.
 template <class Mark>
 int FactorRows(std::vector<double>& triangle, std::size_t n, const std::vector<double>& scale,
                double tol, Mark mark) {
+  const detail::VectorKernels& kernels = detail::KernelsOf(detail::WidestVectorPath());
   int nRedundant = 0;
+  std::size_t from = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    if (FactorRow(triangle.data(), i, tol * scale[i])) {
+    if (i % detail::kDotRows == 0 && i + detail::kDotRows <= n) {
+      FactorLeftColumns(triangle.data(), i, kernels);
+      from = i;
+    } else if (i % detail::kDotRows == 0) {
+      from = 0;
+    }
+    if (FactorRow(triangle.data(), i, from, tol * scale[i])) {
       mark(static_cast<int>(i));
     } else {
       ++nRedundant;
@@ -89,7 +119,7 @@ int MCSymMatrix::CholIndNonRed(int maxCount, double tol, std::vector<int>& indic
   std::vector<double> factor(fVec);
   for (std::size_t i = 0; i < Rows() && indices.size() < limit; ++i) {
     const double floor = tol * fVec[detail::DiagonalIndex(i)];
-    if (FactorRow(factor.data(), i, floor)) indices.push_back(static_cast<int>(i));
+    if (FactorRow(factor.data(), i, 0, floor)) indices.push_back(static_cast<int>(i));
   }
   return static_cast<int>(indices.size());
 }

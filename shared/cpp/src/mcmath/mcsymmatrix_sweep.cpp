@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/sweepsteps.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
 #include "mcmath/packedtriangle.h"
 
 #include <algorithm>
 #include <cassert>
-#include <cmath>
 
 namespace MCCommonMath {
 
@@ -15,26 +15,17 @@ using detail::DiagonalIndex;
 using detail::PackedIndex;
 using detail::RowStart;
 
-// Whether no swept row would take a diagonal beyond -1 / (tol * scale) in a sweep of row k. Swept
-// rows hold negative diagonals. A NaN is refused.
 bool KeepsSweptRowsBounded(const std::vector<double>& triangle, std::size_t n, std::size_t k,
                            double tol, const std::vector<double>& scale, const MCBitSet& pivots) {
   const double pivot = triangle[DiagonalIndex(k)];
   for (std::size_t j = 0; j < n; ++j) {
     if (!pivots.IsIn(static_cast<int>(j))) continue;
-    const double a = triangle[PackedIndex(j, k)];
-    const double inflated = (triangle[DiagonalIndex(j)] - a * a / pivot) * tol * scale[j];
-    if (!(inflated > -1.0)) return false;
+    const double element = triangle[PackedIndex(j, k)];
+    if (!detail::StaysBounded(triangle[DiagonalIndex(j)], element, pivot, tol, scale[j])) {
+      return false;
+    }
   }
   return true;
-}
-
-// Multiplies an element of the pivot column by |c| and answers the multiplier of its row. The
-// magnitude is what makes a sweep and its taking back differ in signs on one path.
-double ScalePivotColumn(double& element, double c) {
-  const double a = element;
-  element = std::abs(c) * a;
-  return c < 0.0 ? -a : a;
 }
 
 void AddMultiple(double a, const double* x, double* y, std::size_t n) {
@@ -48,13 +39,13 @@ void SweepPivot(double* triangle, std::size_t n, std::size_t k) {
   const double c = -1.0 / pivotRow[k];
   pivotRow[k] = c;
   for (std::size_t i = 0; i < k; ++i) {
-    const double a = ScalePivotColumn(pivotRow[i], c);
+    const double a = detail::ScalePivotColumn(pivotRow[i], c);
     AddMultiple(a, pivotRow, triangle + RowStart(i), i + 1);
   }
   const double* const columnBelow = triangle + RowStart(k + 1) + k;
   for (std::size_t i = k + 1; i < n; ++i) {
     double* const row = triangle + RowStart(i);
-    const double a = ScalePivotColumn(row[k], c);
+    const double a = detail::ScalePivotColumn(row[k], c);
     AddMultiple(a, pivotRow, row, k);
     const double* element = columnBelow;
     for (std::size_t j = k + 1; j <= i; element += ++j) row[j] += a * *element;
@@ -73,7 +64,7 @@ bool MCSymMatrix::Sweep(int k, double tol, const std::vector<double>& scale, MCB
   const std::size_t row = static_cast<std::size_t>(k);
   const bool wasSwept = pivots.IsIn(k);
   if (!wasSwept) {
-    if (tol * scale[row] >= fVec[DiagonalIndex(row)]) return false;
+    if (!detail::IsPivot(fVec[DiagonalIndex(row)], tol, scale[row])) return false;
     if (!KeepsSweptRowsBounded(fVec, Rows(), row, tol, scale, pivots)) return false;
   }
   SweepPivot(fVec.data(), Rows(), row);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// Cross-products of a block of rows in a packed lower triangle: row i at i(i+1)/2. The block is
-// stored in panels, see RowBlock. A tile of the triangle, kTileRows by kTileColumns, stays in
-// registers while the rows of the block run through it in order, multiply then add.
+// Outer products of a block of rows, added to a packed lower triangle: row i at i(i+1)/2. The
+// block is stored in panels, see RowBlock. A tile of the triangle, kTileRows by kTileColumns, stays
+// in registers while the rows of the block run through it in order, multiply then add.
 
 #include "mcmath/detail/lanes.h"
 #include "mcmath/detail/vectorkernels.h"
@@ -12,7 +12,6 @@ namespace {
 
 using MCCommonMath::detail::kBandRows;
 using MCCommonMath::detail::RowBlock;
-using MCCommonMath::detail::VectorKernels;
 
 /// Tile sizes that fill the registers: 16 of 16 or 32 bytes, or 32 of 64 bytes.
 template <std::size_t W>
@@ -98,13 +97,13 @@ private:
     return fBlock.scratch + row % kBandRows * fBlock.capacity;
   }
 
-  const double* PanelOf(std::size_t column) const {
-    return fBlock.panels + column / kColumns * fPanelStride;
+  const double* PanelOf(const double* panels, std::size_t column) const {
+    return panels + column / kColumns * fPanelStride;
   }
 
   void WeightColumns(std::size_t row, double* factors) const {
     constexpr std::size_t kLanes = kRows < W ? kRows : W;
-    const double* columns = PanelOf(row) + row % kColumns;
+    const double* columns = PanelOf(fBlock.leftPanels, row) + row % kColumns;
     for (std::size_t k = 0; k < fCount; ++k) {
 #pragma GCC unroll 8
       for (std::size_t r = 0; r < kRows; r += kLanes) {
@@ -119,7 +118,7 @@ private:
   }
 
   void FoldPanel(std::size_t row, std::size_t end, std::size_t column) const {
-    const double* columns = PanelOf(column);
+    const double* columns = PanelOf(fBlock.rightPanels, column);
     for (; row < end; row += kRows) {
       if (row + kRows <= fNRows && column + kColumns <= row + 1) {
         FoldInside(row, column, FactorsOf(row), columns);
@@ -192,12 +191,12 @@ void FoldBlock(const RowBlock& block, std::size_t count, double* triangle) {
 
 /// A finite value times 0 is 0, any other NaN, so that a sum of these tells of all entries.
 template <std::size_t W>
-bool StageRow(const RowBlock& block, std::size_t slot, const double* x, double w) {
+bool StageRow(const RowBlock& block, double* panels, std::size_t slot, const double* x, double w) {
   using Vec = typename Lanes<W>::Vec;
   constexpr std::size_t kColumns = TileShape<W>::kColumns;
   const std::size_t n = block.nColumns;
   const std::size_t stride = RowBlock::PanelStride(kColumns, block.capacity);
-  double* to = block.panels + slot * kColumns;
+  double* to = panels + slot * kColumns;
   Vec notFinite[kColumns / W] = {};
   std::size_t j = 0;
   for (; j + kColumns <= n; j += kColumns, to += stride) {
@@ -216,13 +215,7 @@ bool StageRow(const RowBlock& block, std::size_t slot, const double* x, double w
   }
   notFinite[0] += notFinite[1];
   for (std::size_t lane = 0; lane < W; ++lane) sum += notFinite[0][lane];
-  block.weights[slot] = w;
   return sum == 0.0;
-}
-
-template <std::size_t W>
-constexpr VectorKernels MakeKernels() {
-  return {TileShape<W>::kColumns, StageRow<W>, FoldBlock<W>};
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/detail/crossproductkernel.h"
-#include "mcmath/detail/vectorkernels.h"
+#include "mcmath/detail/makekernels.h"
 
 namespace MCCommonMath {
 namespace detail {

@@ -12,42 +12,58 @@ constexpr std::size_t kLineDoubles = 8;
 /// Rows of a triangle that are worked on together.
 constexpr std::size_t kBandRows = 16;
 
-/// A block of rows of n entries that wait to be folded into a triangle of n rows. It is stored in
-/// panels of a few columns, panel q holding columns q*width to q*width + width - 1 of all its
-/// rows, row after row. Columns beyond n are zero. Between panels lies a cache line of nothing,
-/// as panels a power of two apart would compete for the same places in a cache.
+/// A block of pairs of rows of n entries, whose outer products wait to be added to a triangle of n
+/// rows. Both halves are stored in panels of a few columns, panel q holding columns q*width to
+/// q*width + width - 1 of all rows, row after row. Columns beyond n are zero. Between panels lies
+/// a cache line of nothing, as panels a power of two apart would compete for the same places in a
+/// cache.
 struct RowBlock {
   std::size_t nColumns;
   std::size_t capacity;
-  /// The panels; `capacity` weights; room for kBandRows * capacity doubles. Each begins a line.
-  double* panels;
+  /// The two halves, which may be one; `capacity` weights; room for kBandRows * capacity doubles.
+  double* leftPanels;
+  double* rightPanels;
   double* weights;
   double* scratch;
 
-  static constexpr std::size_t PanelStride(std::size_t width, std::size_t capacity) {
+  // Always inline: an instance of its own, made for a wide processor, could serve all callers.
+  [[gnu::always_inline]] static constexpr std::size_t PanelStride(std::size_t width,
+                                                                  std::size_t capacity) {
     return width * capacity + kLineDoubles;
   }
 
-  /// Doubles that the panels take.
-  static constexpr std::size_t PanelsSize(std::size_t width, std::size_t nColumns,
-                                          std::size_t capacity) {
+  /// Doubles that one half takes.
+  [[gnu::always_inline]] static constexpr std::size_t PanelsSize(std::size_t width,
+                                                                 std::size_t nColumns,
+                                                                 std::size_t capacity) {
     return (nColumns + width - 1) / width * PanelStride(width, capacity);
   }
 };
+
+/// Rows of a Cholesky factor that are worked on together.
+constexpr std::size_t kDotRows = 4;
 
 /// What is written once and compiled for each vector width.
 struct VectorKernels {
   /// Width of the panels.
   std::size_t panelColumns;
 
-  /// Writes a row of the block and its weight at `slot`. False, the slot to be written again, if
-  /// an entry of the row times its weight isn't finite.
-  bool (*stageRow)(const RowBlock& block, std::size_t slot, const double* x, double w);
+  /// Writes a row at `slot` of one half of a block. False if an entry times w isn't finite.
+  bool (*stageRow)(const RowBlock& block, double* panels, std::size_t slot, const double* x,
+                   double w);
 
-  /// Folds the first `count` rows of a block into a packed lower triangle, in row order: element
-  /// (i, j), j <= i, receives (w x[i]) x[j], each product rounded and then added. About
-  /// count n^2/2 multiply-adds.
+  /// Adds the first `count` outer products of a block to a packed lower triangle, one after the
+  /// other: element (i, j), j <= i, receives (weight * left[i]) * right[j], each product rounded
+  /// and then added. About count n^2/2 multiply-adds.
   void (*foldBlock)(const RowBlock& block, std::size_t count, double* triangle);
+
+  /// Adds factors[i] * x[j] to element j of row i, for nRows rows of `width` elements that stand
+  /// one after the other. `width` is a multiple of kLineDoubles.
+  void (*addOuter)(double* rows, std::size_t nRows, const double* factors, const double* x,
+                   std::size_t width);
+
+  /// Dot products of n elements of kDotRows rows and one other, each as detail::Dot adds it.
+  void (*dotRows)(const double* const* rows, const double* other, std::size_t n, double* dots);
 };
 
 extern const VectorKernels kSse2Kernels;

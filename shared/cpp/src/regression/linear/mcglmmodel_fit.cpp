@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mccrossproduct.h"
+#include "mcmath/mcsweeprows.h"
 #include "regression/linear/mcglmmodel.h"
 
 #include <algorithm>
@@ -33,9 +34,8 @@ void MCGLMModel::SweepColumns() {
   std::vector<double> scale;
   fZPrimeZ->GetDiagonal(scale);
   fRedundancy = MCCommonMath::MCBitSet(GetNParameters() + 1);
-  for (int k = 0; k < GetNParameters() && !fCancelInfo->WillCancel(); ++k) {
-    fZPrimeZ->Sweep(k, fSettings->GetTolerance(), scale, fRedundancy, true);
-  }
+  MCCommonMath::detail::SweepRows(*fZPrimeZ, GetNParameters(), fSettings->GetTolerance(), scale,
+                                  fRedundancy, [this] { return fCancelInfo->WillCancel(); });
 }
 
 MCStatus MCGLMModel::FinishErrors() {

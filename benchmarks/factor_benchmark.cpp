@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: Apache-2.0
+// Sweep and Cholesky of cross-product matrices, against LAPACK. Each run works on a fresh copy; the
+// peers copy as well.
+#include "mcmath/mcbitset.h"
+#include "mcmath/mcsweeprows.h"
+#include "mcmath/mcsymmatrix.h"
+
+#include <Eigen/Dense>
+#include <benchmark/benchmark.h>
+#include <lapacke.h>
+
+#include <cstddef>
+#include <random>
+#include <vector>
+
+namespace {
+
+using MCCommonMath::MCBitSet;
+using MCCommonMath::MCSymMatrix;
+
+constexpr double kTolerance = 1e-12;
+
+/// X'X of 2n random rows.
+MCSymMatrix CrossProducts(int n) {
+  std::mt19937_64 engine(1);
+  std::normal_distribution<double> normal;
+  MCSymMatrix matrix(n);
+  std::vector<double> row(static_cast<std::size_t>(n));
+  for (int k = 0; k < 2 * n; ++k) {
+    for (double& x : row) x = normal(engine);
+    matrix.UpdateXX(row, 1.0);
+  }
+  return matrix;
+}
+
+std::vector<double> Diagonal(const MCSymMatrix& matrix) {
+  std::vector<double> scale;
+  matrix.GetDiagonal(scale);
+  return scale;
+}
+
+std::vector<double> Square(const MCSymMatrix& matrix) {
+  std::vector<double> square;
+  for (int i = 0; i < matrix.GetNRows(); ++i) {
+    for (int j = 0; j < matrix.GetNRows(); ++j) square.push_back(matrix.GetElem(i, j));
+  }
+  return square;
+}
+
+void SweepAllRows(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const MCSymMatrix start = CrossProducts(n);
+  const std::vector<double> scale = Diagonal(start);
+  MCSymMatrix matrix = start;
+  for (auto _ : state) {
+    matrix = start;
+    MCBitSet pivots(n);
+    MCCommonMath::detail::SweepRows(matrix, n, kTolerance, scale, pivots, [] { return false; });
+    benchmark::DoNotOptimize(matrix.AsVector().data());
+  }
+}
+
+void SweepOneByOne(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const MCSymMatrix start = CrossProducts(n);
+  const std::vector<double> scale = Diagonal(start);
+  MCSymMatrix matrix = start;
+  for (auto _ : state) {
+    matrix = start;
+    MCBitSet pivots(n);
+    for (int k = 0; k < n; ++k) matrix.Sweep(k, kTolerance, scale, pivots, false);
+    benchmark::DoNotOptimize(matrix.AsVector().data());
+  }
+}
+
+void SweepPeerPotrfPotri(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const std::vector<double> start = Square(CrossProducts(n));
+  std::vector<double> square = start;
+  for (auto _ : state) {
+    square = start;
+    LAPACKE_dpotrf(LAPACK_COL_MAJOR, 'L', n, square.data(), n);
+    LAPACKE_dpotri(LAPACK_COL_MAJOR, 'L', n, square.data(), n);
+    benchmark::DoNotOptimize(square.data());
+  }
+}
+
+void CholeskyLTChol(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const MCSymMatrix start = CrossProducts(n);
+  const std::vector<double> scale = Diagonal(start);
+  MCSymMatrix matrix = start;
+  for (auto _ : state) {
+    matrix = start;
+    benchmark::DoNotOptimize(matrix.LTChol(scale, kTolerance, false));
+  }
+}
+
+/// Row by row, each element an inner product, as a textbook has it.
+void CholeskyPlainLoop(benchmark::State& state) {
+  const std::size_t n = static_cast<std::size_t>(state.range(0));
+  const std::vector<double> start = CrossProducts(static_cast<int>(n)).AsVectorConst();
+  std::vector<double> factor = start;
+  for (auto _ : state) {
+    factor = start;
+    for (std::size_t i = 0; i < n; ++i) {
+      double* row = factor.data() + i * (i + 1) / 2;
+      for (std::size_t j = 0; j <= i; ++j) {
+        const double* above = factor.data() + j * (j + 1) / 2;
+        double sum = row[j];
+        for (std::size_t k = 0; k < j; ++k) sum -= row[k] * above[k];
+        row[j] = j < i ? sum / above[j] : __builtin_sqrt(sum);
+      }
+    }
+    benchmark::DoNotOptimize(factor.data());
+  }
+}
+
+void CholeskyPeerPotrf(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const std::vector<double> start = Square(CrossProducts(n));
+  std::vector<double> square = start;
+  for (auto _ : state) {
+    square = start;
+    LAPACKE_dpotrf(LAPACK_COL_MAJOR, 'L', n, square.data(), n);
+    benchmark::DoNotOptimize(square.data());
+  }
+}
+
+void CholeskyPeerEigen(benchmark::State& state) {
+  const Eigen::Index n = state.range(0);
+  const std::vector<double> data = Square(CrossProducts(static_cast<int>(n)));
+  const Eigen::MatrixXd start = Eigen::Map<const Eigen::MatrixXd>(data.data(), n, n);
+  Eigen::LLT<Eigen::MatrixXd> factor(n);
+  for (auto _ : state) {
+    factor.compute(start);
+    benchmark::DoNotOptimize(factor.matrixLLT().data());
+  }
+}
+
+#define MCSTAT_ORDERS Arg(50)->Arg(254)->Arg(1000)->Unit(benchmark::kMicrosecond)
+BENCHMARK(SweepAllRows)->MCSTAT_ORDERS;
+BENCHMARK(SweepOneByOne)->MCSTAT_ORDERS;
+BENCHMARK(SweepPeerPotrfPotri)->MCSTAT_ORDERS;
+BENCHMARK(CholeskyLTChol)->MCSTAT_ORDERS;
+BENCHMARK(CholeskyPlainLoop)->MCSTAT_ORDERS;
+BENCHMARK(CholeskyPeerPotrf)->MCSTAT_ORDERS;
+BENCHMARK(CholeskyPeerEigen)->MCSTAT_ORDERS;
+
+}  // namespace
