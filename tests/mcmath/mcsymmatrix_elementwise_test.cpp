@@ -96,6 +96,12 @@ TEST(MCSymMatrixElementwise, ZeroOutAllSmallPassesOverNaN) {
   EXPECT_EQ(matrix.GetElem(1, 1), 0.0);
 }
 
+TEST(MCSymMatrixElementwise, ZeroOutAllSmallLeavesNegativeZerosBesideAZeroDiagonal) {
+  MCSymMatrix matrix = Sym(2, {0, -0.0, 0});
+  matrix.ZeroOutAllSmall(1.0);
+  EXPECT_TRUE(std::signbit(matrix.GetElem(1, 0)));
+}
+
 TEST(MCSymMatrixElementwise, ZeroOutRowsForSmallDiagJudgesARowAgainstThoseBeforeIt) {
   const struct {
     Triangle before;
@@ -180,11 +186,21 @@ TEST(MCSymMatrixElementwise, AdjustOffDiagCorrTakesDeltaFromZeroToBelowOne) {
 }
 
 TEST(MCSymMatrixElementwise, SetCovarZerosLooksAtBothMatricesAndZeroesInBoth) {
-  MCSymMatrix a = Sym(3, {1, 2, -3, 4, 5, 6});
-  MCSymMatrix b = Sym(3, {1, 2, 3, 4, 5, 0});
-  EXPECT_TRUE(a.SetCovarZeros(b));
-  EXPECT_EQ(a.AsVectorConst(), (Triangle{1, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(b.AsVectorConst(), (Triangle{1, 0, 0, 0, 0, 0}));
+  const struct {
+    Triangle a, b, wantA, wantB;
+  } cases[] = {
+      {{1, 2, -3, 4, 5, 6}, {1, 2, 3, 4, 5, 0}, {1, 0, 0, 0, 0, 0}, {1, 0, 0, 0, 0, 0}},
+      {{1, 2, 0, 4, 5, 6}, {1, 2, 3, 4, 5, 6}, {1, 0, 0, 4, 0, 6}, {1, 0, 0, 4, 0, 6}},
+      {{1, 2, 3, 4, 5, 6}, {-1, 2, 3, 4, 5, 6}, {0, 0, 3, 0, 5, 6}, {0, 0, 3, 0, 5, 6}},
+  };
+  for (const auto& row : cases) {
+    MCSymMatrix first = Sym(3, row.a);
+    MCSymMatrix second = Sym(3, row.b);
+    EXPECT_TRUE(first.SetCovarZeros(second));
+    EXPECT_EQ(first.AsVectorConst(), row.wantA);
+    EXPECT_EQ(second.AsVectorConst(), row.wantB);
+  }
+  MCSymMatrix a(3);
   MCSymMatrix other(2);
   EXPECT_FALSE(a.SetCovarZeros(other));
   MCSymMatrix nan = Sym(1, {kNaN});

@@ -360,6 +360,11 @@ TEST(MCSymMatrixProducts, RVDOverAVectorChecksStrideTimesRows) {
   }
 }
 
+TEST(MCSymMatrixProducts, RVDOverAVectorIsSafeFromAnOverflowOfStrideTimesRows) {
+  constexpr int kStride = 1 << 30;  // times 4 rows it is 0 in 32 bits
+  EXPECT_EQ(MCSymMatrix(4).ComputeRVD(0, std::vector<double>(4), kStride), gMissingValue);
+}
+
 TEST(MCSymMatrixProducts, RVDOverAnArrayTakesANegativeStride) {
   const double d[] = {1, 10, 100};
   EXPECT_EQ(Sym(3, {1, 2, 3, 4, 5, 6}).ComputeRVD(0, d + 2, -1), 124.0);

@@ -111,6 +111,20 @@ TEST(MCSymMatrixUpdate, ARowWhoseMultiplierIsZeroIsSkippedWhole) {
   EXPECT_EQ(matrix.GetElem(2, 1), 0.0);
 }
 
+TEST(MCSymMatrixUpdate, TheRelativesOfUpdateXXSkipThoseRowsToo) {
+  MCBitSet all(2);
+  all.Negate();
+  MCSymMatrix masked(2);
+  EXPECT_TRUE(masked.UpdateXXNonRedun({kInf, 0.0}, all, 1.0));
+  EXPECT_EQ(masked.GetElem(1, 0), 0.0);
+  MCSymMatrix joined(2);
+  EXPECT_TRUE(joined.UpdateXXMat2(Rect(1, 1, {kInf}), Rect(1, 1, {0.0}), 1.0));
+  EXPECT_EQ(joined.GetElem(1, 0), 0.0);
+  MCSymMatrix crossProducts;
+  EXPECT_TRUE(crossProducts.ComputeRTransByR(Rect(1, 2, {kInf, 0.0})));
+  EXPECT_EQ(crossProducts.GetElem(1, 0), 0.0);
+}
+
 TEST(MCSymMatrixUpdate, ANaNIsNotSkippedAndMeetsZerosAsNaN) {
   MCSymMatrix matrix(3);
   EXPECT_TRUE(matrix.UpdateXX({0.0, kNaN, 0.0}, 1.0));
