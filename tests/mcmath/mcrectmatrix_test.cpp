@@ -13,6 +13,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -221,6 +222,42 @@ TEST(MCRectMatrix, AResultThatCannotBeAllocatedIsInvalid) {
     const FailAllocation failure(1);
     EXPECT_FALSE(operation(out));
     EXPECT_FALSE(out.IsValidMatrix());
+  }
+}
+
+TEST(MCRectMatrix, ScratchThatCannotBeAllocatedThrowsAndChangesNothing) {
+  const MCRectMatrix original = Rows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
+  const std::function<void(MCRectMatrix&)> operations[] = {
+      [](MCRectMatrix& matrix) { matrix.Transpose(); },
+      [&](MCRectMatrix& matrix) { matrix.CopyColToRow(0, original, 1); },
+      [](MCRectMatrix& matrix) { matrix.RowNorm(0); },
+      [](MCRectMatrix& matrix) { matrix.CheckForOnes(0.0); },
+  };
+  for (const auto& operation : operations) {
+    MCRectMatrix matrix = original;
+    const FailAllocation failure(1);
+    EXPECT_THROW(operation(matrix), std::bad_alloc);
+    EXPECT_TRUE(Same(matrix, original));
+  }
+}
+
+TEST(MCRectMatrix, AProductIsFormedInFullOrNotAtAll) {
+  const MCRectMatrix original = Rows({{1, 2}, {3, 4}});
+  bool ended = false;
+  for (std::size_t k = 1; !ended; ++k) {
+    MCRectMatrix out = original;
+    bool answer = false;
+    bool hasThrown = false;
+    const FailAllocation failure(k);
+    try {
+      answer = original.ComputeProductMatrixTrans(original, out);
+    } catch (const std::bad_alloc&) {
+      hasThrown = true;
+    }
+    ended = !failure.HasFired();
+    EXPECT_EQ(answer, ended);
+    // What can't be allocated is a copy of an operand, scratch, or the result.
+    EXPECT_TRUE(ended || Same(out, original) || (!hasThrown && !out.IsValidMatrix()));
   }
 }
 

@@ -15,7 +15,8 @@ class MCBitSet;
 /// lengths that don't fit, answer false, or the missing value where a number is asked for, and
 /// change nothing. An `out` argument may be this matrix or another operand. It loses its old
 /// shape and contents; where memory runs out while it takes its size, the answer is false and
-/// `out` invalid.
+/// `out` invalid. The few operations that need scratch (Transpose, CopyColToRow, RowNorm,
+/// CheckForOnes, ComputeProductMatrixTrans) let std::bad_alloc pass, with nothing changed.
 class MC_EXPORT MCRectMatrix : public MCRectMatrixData {
 public:
   /// No rows, no columns.

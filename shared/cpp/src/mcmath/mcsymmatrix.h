@@ -323,8 +323,8 @@ public:
   /// true. Sweeping twice restores the matrix up to rounding. With d = S(k, k), a row not yet swept
   /// is refused, with matrix and bit as they were, when tol * scale[k] >= d, and unless
   /// (S(j, j) - S(j, k)^2 / d) * tol * scale[j] > -1 for each swept row j: no pivot may blow up a
-  /// diagonal that is swept already. Taking back tests nothing. O(n^2), in place; Numerical method:
-  /// the sweep operator (Beaton 1964) in its reversible form (Dempster 1969).
+  /// diagonal that is swept already. Taking back tests nothing. O(n^2), in place. Numerical method:
+  /// the sweep operator (Beaton 1964).
   /// `scale`: n entries; `pivots`: n bits. With `check`, false also for k out of range, tol <= 0,
   /// too few entries or bits, or any negative entry of scale. Without, the caller answers for that.
   bool Sweep(int k, double tol, const std::vector<double>& scale, MCBitSet& pivots, bool check);
