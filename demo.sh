@@ -13,8 +13,14 @@ rows=1000000
 
 # Shows a command, then runs it.
 run() {
+  local word
   printf '\n$'
-  printf ' %q' "$@"
+  for word in "$@"; do
+    case $word in
+      *[!A-Za-z0-9_./,=-]*) printf " '%s'" "$word" ;;
+      *) printf ' %s' "$word" ;;
+    esac
+  done
   printf '\n\n'
   "$@"
 }

@@ -18,11 +18,11 @@ namespace mcfit {
 
 namespace {
 
-constexpr std::size_t kReadSize = 256 * 1024;
+constexpr std::size_t kReadSize = std::size_t{256} << 10U;
 constexpr std::size_t kParserBlock = 4096;
 
 // A quote that is never closed would otherwise take the rest of the file into one cell.
-constexpr std::size_t kLongestCell = 16 * 1024 * 1024;
+constexpr std::size_t kLongestCell = std::size_t{16} << 20U;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Marks[] = {"\xFF\xFE", "\xFE\xFF"};

@@ -43,7 +43,7 @@ public:
   void Run(const LinearModel& model, ProgressLine& progress) {
     const ScoreCounts counts = fScorer.Run(model, fOut, progress);
     fOut.Commit();
-    fmt::print("\n{}", ScoreText(counts, fPath));
+    PrintResults("\n" + ScoreText(counts, fPath));
   }
 
 private:
@@ -95,11 +95,12 @@ void LinearCommand::CheckOptions() const {
   if (fDigits < 1 || fDigits > kMostDigits) {
     throw InputError(fmt::format("--digits must lie between 1 and {}", kMostDigits));
   }
-  if (fData == "-" && fPredict == "-") {
+  if (!fPredict) return;
+  if (fData == "-" && *fPredict == "-") {
     throw InputError("the data and --predict can't both be the standard input");
   }
-  if (IsSameFile(fOut, fData) || IsSameFile(fOut, fPredict)) {
-    throw InputError(fmt::format("--out {} would overwrite an input file", Quoted(fOut)));
+  if (IsSameFile(*fOut, fData) || IsSameFile(*fOut, *fPredict)) {
+    throw InputError(fmt::format("--out {} would overwrite an input file", Quoted(*fOut)));
   }
 }
 
@@ -135,13 +136,13 @@ void LinearCommand::Run() {
 
   CsvReader reader(fData);
   std::optional<Prediction> prediction;
-  if (!fPredict.empty()) prediction.emplace(fPredict, fOut, layout, missing);
+  if (fPredict) prediction.emplace(*fPredict, *fOut, layout, missing);
 
   ProgressLine progress(stderr);
   Dataset data(reader, layout, missing, progress);
   const LinearModel model(data, design, progress);
   for (const std::string& warning : model.Warnings()) Note(warning);
-  fmt::print("{}", LinearReport(model, fDigits));
+  PrintResults(LinearReport(model, fDigits));
   if (prediction) prediction->Run(model, progress);
 }
 

@@ -41,8 +41,8 @@ private:
   std::optional<std::string> fFrequency;
   std::optional<std::string> fWeight;
   std::string fMissing;
-  std::string fPredict;
-  std::string fOut;
+  std::optional<std::string> fPredict;
+  std::optional<std::string> fOut;
   double fTolerance = 1e-12;
   int fDigits = 7;
   bool fbNoIntercept = false;

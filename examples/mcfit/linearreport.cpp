@@ -90,9 +90,8 @@ std::string FitText(const LinearModel& model, const LinearFit& fit, const Number
   table.Add({"Residual standard deviation", number(deviation),
              "squared residuals divided by the degrees of freedom"});
   table.Add({"Residual sum of squares", number(fit.squaredSum)});
-  table.Add(
-      {"Degrees of freedom", number(fit.freedom),
-       fmt::format("sum of frequencies less {} parameters that are not redundant", fit.rank)});
+  table.Add({"Degrees of freedom", number(fit.freedom),
+             fmt::format("sum of frequencies less the rank of the design, {}", fit.rank)});
   table.Add({"Sum of frequencies", number(fit.frequency)});
   if (model.Layout().Position(Role::kWeight) >= 0) {
     table.Add({"Sum of weights", number(model.Results().GetTotalRegrWeight())});

@@ -30,6 +30,13 @@ std::string Target(const std::string& path) {
 
 }  // namespace
 
+void PrintResults(std::string_view text) {
+  const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  if (std::fflush(stdout) != 0 || !isWritten) {
+    throw InputError(fmt::format("the results could not be written: {}", std::strerror(errno)));
+  }
+}
+
 OutputFile::OutputFile(const std::string& path)
     : fPath(IsSpecial(path) ? path : Target(path)),
       fWritten(IsSpecial(path) ? fPath : fPath + ".part"),

@@ -8,6 +8,9 @@
 
 namespace mcfit {
 
+/// Writes the text to the standard output at once. Throws InputError if it can't be written.
+void PrintResults(std::string_view text);
+
 /// A result file that appears under its name only when it is complete: it is written as NAME.part
 /// beside it and renamed at the end. What is no regular file, such as a pipe, is written directly.
 /// Failures throw InputError.

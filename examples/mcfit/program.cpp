@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <memory>
 #include <new>
-#include <system_error>
 #include <vector>
 
 namespace mcfit {
@@ -36,13 +35,10 @@ int RunCommands(int argc, char** argv) {
   for (const std::unique_ptr<Command>& command : commands) {
     if (command->IsChosen()) command->Run();
   }
-  if (std::fflush(stdout) != 0) throw InputError("the results could not be written");
   return kSuccess;
 }
 
 int Fail(ExitStatus status, const char* message) {
-  // What is printed already comes before the message where both go to one place.
-  std::fflush(stdout);
   std::fprintf(stderr, "mcfit: %s\n", message);
   return status;
 }
@@ -59,8 +55,6 @@ int RunProgram(int argc, char** argv) {
     return Fail(kBadInput, error.what());
   } catch (const ModelError& error) {
     return Fail(kModelFailure, error.what());
-  } catch (const std::system_error& error) {
-    return Fail(kBadInput, error.what());
   } catch (const std::bad_alloc&) {
     return Fail(kModelFailure, "out of memory");
   } catch (const std::exception& error) {

@@ -16,7 +16,7 @@ namespace mcfit {
 namespace {
 
 // The library reads the rows several times, row by row: a large buffer doubles its speed.
-constexpr std::size_t kBufferSize = 256 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{256} << 10U;
 
 std::string TemporaryFolder() {
   const char* folder = std::getenv("TMPDIR");

@@ -99,33 +99,33 @@ TEST(McfitProgram, LongleyIsPrintedAsStatisticiansKnowIt) {
                 "deflator,gnp,unemployed,forces,population,year"});
   ASSERT_EQ(run.status, 0) << run.err;
   // The certified values to seven digits; t is their ratio.
-  EXPECT_EQ(run.out,
-            "Linear regression of employed\n"
-            "\n"
-            "Rows read     16\n"
-            "Rows used     16\n"
-            "Rows dropped   0\n"
-            "\n"
-            "Parameter       Estimate  Std. error           t\n"
-            "------------------------------------------------\n"
-            "(Intercept)     -3482259    890420.4   -3.910803\n"
-            "deflator        15.06187    84.91493    0.177376\n"
-            "gnp          -0.03581918  0.03349101   -1.069516\n"
-            "unemployed      -2.02023   0.4883997   -4.136427\n"
-            "forces         -1.033227   0.2142742   -4.821985\n"
-            "population   -0.05110411   0.2260732  -0.2260511\n"
-            "year            1829.151    455.4785     4.01589\n"
-            "------------------------------------------------\n"
-            "\n"
-            "R square                     0.995479\n"
-            "Root mean square error       228.6406  squared residuals divided by the sum of "
-            "frequencies\n"
-            "Residual standard deviation  304.8541  squared residuals divided by the degrees of "
-            "freedom\n"
-            "Residual sum of squares      836424.1\n"
-            "Degrees of freedom                  9  sum of frequencies less 7 parameters that are "
-            "not redundant\n"
-            "Sum of frequencies                 16\n");
+  EXPECT_EQ(
+      run.out,
+      "Linear regression of employed\n"
+      "\n"
+      "Rows read     16\n"
+      "Rows used     16\n"
+      "Rows dropped   0\n"
+      "\n"
+      "Parameter       Estimate  Std. error           t\n"
+      "------------------------------------------------\n"
+      "(Intercept)     -3482259    890420.4   -3.910803\n"
+      "deflator        15.06187    84.91493    0.177376\n"
+      "gnp          -0.03581918  0.03349101   -1.069516\n"
+      "unemployed      -2.02023   0.4883997   -4.136427\n"
+      "forces         -1.033227   0.2142742   -4.821985\n"
+      "population   -0.05110411   0.2260732  -0.2260511\n"
+      "year            1829.151    455.4785     4.01589\n"
+      "------------------------------------------------\n"
+      "\n"
+      "R square                     0.995479\n"
+      "Root mean square error       228.6406  squared residuals divided by the sum of "
+      "frequencies\n"
+      "Residual standard deviation  304.8541  squared residuals divided by the degrees of "
+      "freedom\n"
+      "Residual sum of squares      836424.1\n"
+      "Degrees of freedom                  9  sum of frequencies less the rank of the design, 7\n"
+      "Sum of frequencies                 16\n");
 }
 
 TEST(McfitProgram, ModelsWithoutInterceptAreFitted) {
@@ -272,6 +272,7 @@ TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {
       {with({"--digits", "18"}), "--digits must lie between 1 and 17"},
       {with({"--predict", data}), "--out"},
       {with({"--out", folder.Path("s.csv")}), "--predict"},
+      {with({"--predict", "", "--out", folder.Path("s.csv")}), "cannot open ''"},
       {with({"--predict", data, "--out", data}), "would overwrite an input file"},
       {with({"--predict", folder.Path("none.csv"), "--out", folder.Path("s.csv")}), "cannot open"},
       {with({"--predict", data, "--out", "/nonexistent/s.csv"}), "cannot write"},
@@ -440,6 +441,42 @@ TEST(McfitProgram, InterruptingTheReadingEndsWithStatus130) {
   EXPECT_EQ(result.out, "");
 }
 
+TEST(McfitProgram, InterruptingTheScoringLeavesNoScores) {
+  const TemporaryFolder folder;
+  ChildProcess::Options options;
+  options.input = "x\n1\n";
+  options.keepInputOpen = true;
+  ChildProcess run({"linear", folder.Write("d.csv", "y,x\n1,1\n2,2\n4,3\n"), "--dependent", "y",
+                    "--covariates", "x", "--predict", "-", "--out", folder.Path("s.csv")},
+                   options);
+  run.WaitUntilInputIsTaken();
+  run.Send(SIGINT);
+  const ProgramResult result = run.Finish();
+  EXPECT_EQ(result.status, 130);
+  EXPECT_FALSE(folder.Has("s.csv"));
+  EXPECT_FALSE(folder.Has("s.csv.part"));
+}
+
+TEST(McfitProgram, LongReadingIsToldOnATerminalAndErased) {
+  ChildProcess::Options options;
+  options.input = "y,x\n";
+  options.keepInputOpen = true;
+  options.errOnTerminal = true;
+  ChildProcess run({"linear", "-", "--dependent", "y", "--covariates", "x"}, options);
+  std::string rows;
+  for (int i = 0; i < 300; ++i) rows += std::to_string(i % 7) + "," + std::to_string(i) + "\n";
+  for (int i = 0; i < 10; ++i) {
+    usleep(100000);
+    run.Give(rows);
+  }
+  run.EndInput();
+  const ProgramResult result = run.Finish();
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.err, HasSubstr("\rreading standard input: "));
+  EXPECT_THAT(result.err, testing::EndsWith("\r\033[K"));
+  EXPECT_THAT(result.out, HasSubstr("Rows used     3000\n"));
+}
+
 // Eight covariates and all products of their powers to the third of two each: about 700 columns,
 // dense, so that a pass over the rows takes long in every build.
 std::string ManyEffects() {
@@ -500,6 +537,7 @@ TEST(McfitProgram, AFileLargerThanTheMemoryIsFitted) {
       options);
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(run.out, HasSubstr("Rows used     450000\n"));
+  EXPECT_EQ(run.err, "");
 }
 
 TEST(McfitProgram, MemoryThatRunsOutIsAFailureInWords) {

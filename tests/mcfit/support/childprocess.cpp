@@ -115,6 +115,14 @@ bool ChildProcess::WaitForError(const std::string& text) {
   return true;
 }
 
+void ChildProcess::Give(const std::string& input) const {
+  WriteAll(fInput, input);
+}
+
+void ChildProcess::EndInput() {
+  Close(fInput);
+}
+
 void ChildProcess::WaitUntilInputIsTaken() const {
   constexpr useconds_t kPause = 10000;
   int left = 1;

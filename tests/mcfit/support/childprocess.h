@@ -18,7 +18,7 @@ class ChildProcess {
 public:
   struct Options {
     std::string input;            ///< comes in on the standard input
-    bool keepInputOpen = false;   ///< the end of the input doesn't come until Finish()
+    bool keepInputOpen = false;   ///< the input goes on until EndInput()
     bool errOnTerminal = false;   ///< the standard error is a terminal
     std::size_t memoryLimit = 0;  ///< bytes of address space, 0 for no limit
     std::string temporaryFolder;  ///< TMPDIR, if not empty
@@ -32,6 +32,11 @@ public:
 
   /// Reads the standard error until it has the text. False if the program ends before.
   bool WaitForError(const std::string& text);
+
+  /// Writes more to the standard input.
+  void Give(const std::string& input) const;
+
+  void EndInput();
 
   /// Waits until the program has read all of its input so far and waits for more.
   void WaitUntilInputIsTaken() const;
