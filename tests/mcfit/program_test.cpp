@@ -207,16 +207,6 @@ TEST(McfitProgram, NestedEffectsAndSlopesWithinGroupsAreNamed) {
   }
 }
 
-TEST(MinimalProgram, PrintsTheTableOfItsModel) {
-  std::FILE* pipe = popen(MINIMAL_PROGRAM, "r");
-  ASSERT_NE(pipe, nullptr);
-  std::string out;
-  for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) out += static_cast<char>(c);
-  EXPECT_EQ(pclose(pipe), 0);
-  // By hand: means 3 and 6.02, slope 19.9 / 10, residual sum of squares 0.107 of 39.708.
-  EXPECT_EQ(out, "parameter 0:  0.0500\nparameter 1:  1.9900\nR square: 0.9973\n");
-}
-
 TEST(McfitProgram, AnInterceptAloneIsTheMean) {
   const TemporaryFolder folder;
   const ProgramResult run =
