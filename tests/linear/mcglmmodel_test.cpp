@@ -927,6 +927,32 @@ TEST(MCGLMModelBuild, ABuiltModelScoresWithoutItsMatrix) {
   EXPECT_EQ(model.fModel.BuildModel(), MCStatus(310, false));
 }
 
+TEST(MCGLMModelBuild, WhereMemoryRunsOutItCanBeBuiltAgain) {
+  const Rows rows = {{1, 0, 0, 2}, {4, 0, 1, 1}, {6, 1, 0, 3}, {2, 1, 1, 5}, {7, 2, 1, 4}};
+  LinearModel undisturbed(TwoFactors().Effect({1}).Effect({}, {3}));
+  ASSERT_TRUE(undisturbed.Fit(rows).IsOK());
+  bool fired = true;
+  for (std::size_t k = 1; fired; ++k) {
+    LinearModel model(TwoFactors().Effect({1}).Effect({}, {3}));
+    ASSERT_TRUE(model.Accumulate(rows).IsOK());
+    {
+      const mctest::FailAllocation failure(k);
+      try {
+        static_cast<void>(model.fModel.BuildModel());
+      } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(failure.HasFired());
+      }
+      fired = failure.HasFired();
+    }
+    if (!fired) break;
+    EXPECT_FALSE(model.fModel.IsModelBuilt()) << k;
+    EXPECT_THAT(model.fModel.GetParamEstimates(), IsEmpty()) << k;
+    EXPECT_EQ(model.Swept(), std::vector<bool>{false}) << k;
+    EXPECT_TRUE(model.fModel.BuildModel().IsOK()) << k;
+    EXPECT_EQ(model.fModel.GetParamEstimates(), undisturbed.fModel.GetParamEstimates()) << k;
+  }
+}
+
 TEST(MCGLMModelBuild, InfiniteAndUndefinedValuesEnterAsTheyAre) {
   for (const double x : {kInf, -kInf, kNaN}) {
     LinearModel model(TwoFactors().Effect({1}).Effect({}, {3}).Effect({1}, {3, 3}));

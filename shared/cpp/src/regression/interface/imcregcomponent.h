@@ -21,7 +21,8 @@
 /// Once a component holds an error it answers that to everything, and the host makes a new one.
 /// A component keeps a deep copy of its settings, whose model effects still point to the host's
 /// list of variables: that list must outlive the component. One thread uses a component, but
-/// Cancel() may come from any. Memory exhaustion is thrown from here as std::bad_alloc.
+/// Cancel() may come from any. Memory exhaustion is thrown from here as std::bad_alloc, after which
+/// a component is good for deletion alone.
 class MC_EXPORT IMCRegComponent {
 public:
   virtual ~IMCRegComponent() = default;

@@ -96,6 +96,7 @@ public:
   /// 310 if the model is built already, 1 if a cancel stands at the start. A cancel during the
   /// sweep leaves the remaining columns redundant; the model then counts as built and, if the
   /// cancel still stands at the end, the answer is code 1.
+  /// Where memory runs out the exception leaves the model as it was.
   MCCommon::MCStatus BuildModel();
 
   /// Adds the residual of a row to the sums of squares, and sets out[j] to residual times column j

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using MCCommon::MCStatus;
 
@@ -15,9 +16,11 @@ MCStatus MCGLMModel::BuildModel() {
   if (fModelBuilt) return Fail(MCCommon::MCS_ALREADY_BUILT);
   if (fCancelInfo->WillCancel()) return Fail(MCCommon::MCS_CANCELLED);
 
+  // Room first: where memory runs out the model is as before, and can be built again.
+  fParamEstimates.reserve(fParameters.size());
   fpPendingRows->Flush();
-  fpPendingRows.reset();
   SweepColumns();
+  fpPendingRows.reset();
   fZPrimeZ->GetRegCoeffs(fParamEstimates, fRedundancy);
   fbFiniteEstimates = std::all_of(fParamEstimates.begin(), fParamEstimates.end(),
                                   [](double estimate) { return std::isfinite(estimate); });
@@ -33,9 +36,10 @@ MCStatus MCGLMModel::BuildModel() {
 void MCGLMModel::SweepColumns() {
   std::vector<double> scale;
   fZPrimeZ->GetDiagonal(scale);
-  fRedundancy = MCCommonMath::MCBitSet(GetNParameters() + 1);
+  MCCommonMath::MCBitSet pivots(GetNParameters() + 1);
   MCCommonMath::detail::SweepRows(*fZPrimeZ, GetNParameters(), fSettings->GetTolerance(), scale,
-                                  fRedundancy, [this] { return fCancelInfo->WillCancel(); });
+                                  pivots, [this] { return fCancelInfo->WillCancel(); });
+  fRedundancy = std::move(pivots);
 }
 
 MCStatus MCGLMModel::FinishErrors() {
