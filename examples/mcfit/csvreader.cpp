@@ -50,6 +50,7 @@ CsvReader::CsvReader(const std::string& path) : fName(path), fBuffer(kReadSize) 
     fbOwnsDescriptor = true;
   }
   if (fDescriptor < 0) {
+    StopIfInterrupted();  // a named pipe may have kept us waiting for its other end
     throw InputError(fmt::format("cannot open {}: {}", Quoted(path), std::strerror(errno)));
   }
   if (csv_init(&fParser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
@@ -127,7 +128,7 @@ bool CsvReader::ReadRow() {
 bool CsvReader::Refill() {
   if (fBegin == fEnd) fBegin = fEnd = 0;
   for (;;) {
-    StopIfInterrupted();
+    WaitForInput(fDescriptor);
     const ssize_t got = read(fDescriptor, fBuffer.data() + fEnd, fBuffer.size() - fEnd);
     if (got >= 0) {
       fEnd += static_cast<std::size_t>(got);

@@ -4,6 +4,7 @@
 #include "errors.h"
 
 #include <csignal>
+#include <poll.h>
 
 namespace mcfit {
 
@@ -22,7 +23,6 @@ void CatchInterrupts() {
   if (sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
   action = {};
   action.sa_handler = OnInterrupt;
-  // Without SA_RESTART a read that waits for a pipe returns, so the flag is seen at once.
   action.sa_flags = static_cast<int>(SA_RESETHAND);
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
@@ -34,6 +34,21 @@ bool IsInterrupted() {
 
 void StopIfInterrupted() {
   if (IsInterrupted()) throw Interrupted();
+}
+
+void WaitForInput(int descriptor) {
+  // The signal is let in by the waiting alone, so that none comes between the test and the wait.
+  sigset_t interrupts;
+  sigset_t before;
+  sigemptyset(&interrupts);
+  sigaddset(&interrupts, SIGINT);
+  sigprocmask(SIG_BLOCK, &interrupts, &before);
+  if (!IsInterrupted()) {
+    pollfd input = {descriptor, POLLIN, 0};
+    ppoll(&input, 1, nullptr, &before);
+  }
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+  StopIfInterrupted();
 }
 
 }  // namespace mcfit

@@ -15,6 +15,10 @@ bool IsInterrupted();
 /// Throws Interrupted if Ctrl-C has been pressed.
 void StopIfInterrupted();
 
+/// Waits until reading from the descriptor would not wait. Throws Interrupted for Ctrl-C, however
+/// close before the waiting it comes.
+void WaitForInput(int descriptor);
+
 /// Tells a running build of the library about Ctrl-C.
 class InterruptQuery : public MCQueryCancel {
 public:

@@ -115,6 +115,11 @@ bool ChildProcess::WaitForError(const std::string& text) {
   return true;
 }
 
+bool ChildProcess::HasErrorWithin(int milliseconds) const {
+  pollfd stream = {fErr, POLLIN, 0};
+  return poll(&stream, 1, milliseconds) > 0;
+}
+
 void ChildProcess::Give(const std::string& input) const {
   WriteAll(fInput, input);
 }
@@ -127,8 +132,6 @@ void ChildProcess::WaitUntilInputIsTaken() const {
   constexpr useconds_t kPause = 10000;
   int left = 1;
   while (left > 0 && ioctl(fInput, FIONREAD, &left) == 0) usleep(kPause);
-  // It has taken the last bytes and is about to ask for more.
-  usleep(10 * kPause);
 }
 
 void ChildProcess::Send(int signal) const {

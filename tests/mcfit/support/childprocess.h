@@ -33,12 +33,15 @@ public:
   /// Reads the standard error until it has the text. False if the program ends before.
   bool WaitForError(const std::string& text);
 
+  /// Whether the program writes to the standard error within this time.
+  bool HasErrorWithin(int milliseconds) const;
+
   /// Writes more to the standard input.
   void Give(const std::string& input) const;
 
   void EndInput();
 
-  /// Waits until the program has read all of its input so far and waits for more.
+  /// Waits until the program has read all of its input so far.
   void WaitUntilInputIsTaken() const;
 
   void Send(int signal) const;
