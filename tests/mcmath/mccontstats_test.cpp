@@ -92,6 +92,15 @@ TEST(MCContStats, HasNoVarianceWithOneCase) {
   EXPECT_EQ(stats.GetVariance(), 0.0);
 }
 
+TEST(MCContStats, ValuesWhoseSquaresOverflowHaveAVariance) {
+  MCContStats stats;
+  for (int i = 0; i < 3; ++i) ASSERT_TRUE(stats.Update(-1e200));
+  EXPECT_EQ(stats.GetMean(), -1e200);
+  EXPECT_EQ(stats.GetVariance(), 0.0);
+  ASSERT_TRUE(stats.Update(1e200));
+  EXPECT_EQ(stats.GetVariance(), kInfinity);
+}
+
 TEST(MCContStats, DividesByTheFrequencyWeightsLessOne) {
   MCContStats stats;
   ASSERT_TRUE(stats.Update(1.0, 2.5, 1.0));

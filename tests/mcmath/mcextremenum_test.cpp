@@ -67,5 +67,20 @@ INSTANTIATE_TEST_SUITE_P(Infinities, SumSqRoot,
                                          Case{kInfinity, 1.0, 1.0, 1.0, true, kInfinity},
                                          Case{1.0, 1.0, 1.0, kInfinity, true, kInfinity},
                                          Case{kInfinity, 1.0, 1.0, -1.0, true, kInfinity},
-                                         Case{kInfinity, 1.0, kInfinity, -1.0, true, 0.0}));
+                                         Case{kInfinity, 1.0, kInfinity, -1.0, true, 0.0},
+                                         Case{1e308, 100.0, 1e308, -4e4, true, 0.0}));
+
+TEST(SumSqRoot, PassesOnNaNOfEitherTerm) {
+  for (const double b : {1.0, -1.0}) {
+    for (const double d : {1.0, -1.0}) {
+      if (b < 0.0 && d < 0.0) continue;
+      double out = kUntouched;
+      EXPECT_TRUE(MCExtremeNum::SumSqRoot(kNaN, b, 2.0, d, out));
+      EXPECT_TRUE(std::isnan(out)) << b << ' ' << d;
+      out = kUntouched;
+      EXPECT_TRUE(MCExtremeNum::SumSqRoot(2.0, b, kNaN, d, out));
+      EXPECT_TRUE(std::isnan(out)) << b << ' ' << d;
+    }
+  }
+}
 }  // namespace

@@ -31,7 +31,8 @@ bool MCContStats::Update(double x, double freqW, double compW) {
   fSumFreqWeights += WeightOrOne(freqW);
   fSumCompWeights += weight;
   fMean += difference * weight / fSumCompWeights;
-  fSSQ += difference * difference * before * weight / fSumCompWeights;
+  // The square alone might overflow where `before` is 0, and leave a NaN.
+  fSSQ += difference * (difference * before * weight / fSumCompWeights);
   return true;
 }
 

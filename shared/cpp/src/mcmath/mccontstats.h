@@ -16,7 +16,8 @@ public:
   MCContStats() = default;
 
   /// Adds a value; weights that are not positive, NaN included, count as 1. False, with nothing
-  /// changed, if any argument is the missing value. A NaN value isn't missing: it enters the mean.
+  /// changed, if any argument is the missing value. A NaN value isn't missing: it enters the mean
+  /// but not the extremes, unless it is the first value, which becomes both.
   bool Update(double x, double freqW, double compW);
 
   /// The same with both weights 1.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcextremenum.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace MCCommonMath {
@@ -12,8 +11,9 @@ double RootOfSum(double p, double q) {
   constexpr double kRoot2 = 1.4142135623730951;
   // Also where both are 0 or infinite and have no ratio.
   if (p == q) return p * kRoot2;
-  const double larger = std::max(p, q);
-  const double ratio = std::min(p, q) / larger;
+  // A NaN on either side fails the comparison and reaches the ratio, which std::max could drop.
+  const double larger = p > q ? p : q;
+  const double ratio = (p > q ? q : p) / larger;
   return larger * std::sqrt(1.0 + ratio * ratio);
 }
 
