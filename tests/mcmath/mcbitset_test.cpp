@@ -100,6 +100,13 @@ TEST(MCBitSet, AppendsABitAndAnswersTheNewSize) {
   EXPECT_EQ(ToText(set), "101");
 }
 
+TEST(MCBitSet, RefusesABitWhoseNumberNoIntHolds) {
+  MCBitSet set(kLargest);
+  EXPECT_EQ(set.Append(true), -1);
+  EXPECT_EQ(set.Size(), kLargest);
+  EXPECT_FALSE(set.IsIn(kLargest - 1));
+}
+
 TEST(MCBitSet, ClearKeepsTheSize) {
   MCBitSet set = FromText("101");
   set.Clear();

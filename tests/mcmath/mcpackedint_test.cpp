@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <limits>
+#include <new>
 #include <random>
 #include <string>
 #include <vector>
@@ -118,6 +120,26 @@ TEST(MCPackedInt, RefusesBadDescriptionsAndIsEmptyThen) {
     EXPECT_FALSE(packer.Setup());
     EXPECT_EQ(MCPackedInt(size, 5, counts).GetSeqSize(), 0);
   }
+}
+
+TEST(MCPackedInt, ADescriptionThatRunsOutOfMemoryChangesNothing) {
+  MCPackedInt packer(2, 1, {3, 4});
+  const Ints counts(50, 10);
+  std::size_t failed = 0;
+  for (bool done = false; !done;) {
+    const mctest::FailAllocation failure(failed + 1);
+    try {
+      EXPECT_TRUE(packer.SetForSequence(50, 0, counts));
+      done = true;
+    } catch (const std::bad_alloc&) {
+      ++failed;
+      ASSERT_EQ(packer.GetSeqSize(), 2);
+      ASSERT_EQ(packer.GetLowerBound(), 1);
+      ASSERT_EQ(packer.GetNDiffVal(1), 4);
+    }
+  }
+  EXPECT_GE(failed, 3U);
+  EXPECT_EQ(packer.GetSeqSize(), 50);
 }
 
 TEST(MCPackedInt, LooksAtTheNumbersOfItsOwnPositionsOnly) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <limits>
 
 namespace MCCommonMath {
 
@@ -40,6 +41,7 @@ bool MCBitSet::SetSubset(const std::vector<int>& idx, bool b) {
 }
 
 int MCBitSet::Append(bool b) {
+  if (Size() == std::numeric_limits<int>::max()) return -1;
   fbVec.push_back(b);
   return Size();
 }

@@ -45,7 +45,8 @@ public:
   /// changed, if any is outside the set. An empty list is true.
   bool SetSubset(const std::vector<int>& idx, bool b);
 
-  /// Adds a bit at the end and answers the new size.
+  /// Adds a bit at the end and answers the new size; -1, with nothing changed, if no int can hold
+  /// it.
   int Append(bool b);
 
   /// Clears all bits and keeps the size.

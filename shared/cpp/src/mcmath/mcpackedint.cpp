@@ -30,10 +30,9 @@ MCPackedInt::MCPackedInt(int seqSize, int lowerBound, const std::vector<int>& nD
 }
 
 bool MCPackedInt::SetForSequence(int seqSize, int lowerBound, const std::vector<int>& nDiffVal) {
-  fSeqSize = seqSize;
-  fLowerBound = lowerBound;
-  fNDiffVal = nDiffVal;
-  return Setup();
+  // Made aside: running out of memory halfway must not leave a length without its layout.
+  *this = MCPackedInt(seqSize, lowerBound, nDiffVal);
+  return fSeqSize > 0;
 }
 
 bool MCPackedInt::IsConsistent() const {

@@ -19,7 +19,8 @@ public:
   /// As SetForSequence, without its answer.
   MCPackedInt(int seqSize, int lowerBound, const std::vector<int>& nDiffVal);
 
-  /// Stores the description and calls Setup. `nDiffVal`: at least seqSize entries.
+  /// Stores the description and answers what Setup does with it. `nDiffVal`: at least seqSize
+  /// entries. Where memory runs out the exception passes, and nothing is changed.
   bool SetForSequence(int seqSize, int lowerBound, const std::vector<int>& nDiffVal);
 
   /// Lays the positions out on units. Where the next position would carry the product of a unit
