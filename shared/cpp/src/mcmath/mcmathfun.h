@@ -98,7 +98,7 @@ public:
   static int BinSearch(const std::vector<double>& v, int lo, int hi, double x, bool right);
   static int BinSearch(const std::vector<int>& v, int lo, int hi, int x, bool right);
 
-  /// Logarithmic derivative of the gamma function, within 4 ulp for all x > 0, also near its root
+  /// Logarithmic derivative of the gamma function, within 5 ulp for all x > 0, also near its root
   /// 1.4616...; negative infinity where it would lie below all doubles. Infinity for infinite x.
   /// The missing value unless x > 0, so for NaN too.
   static double Digamma(double x);

@@ -79,10 +79,10 @@ double MCMathFun::Digamma(double x) {
 double MCMathFun::Trigamma(double x) {
   if (!(x > 0.0)) return MCMV::gMissingValue;
   if (x >= kAsymptotic) return TrigammaAsymptotic(x);
-  // The smallest terms first.
+  // The smallest terms first. Two divisions, as the square of a small x has few digits.
   const int steps = static_cast<int>(std::ceil(kAsymptotic - x));
   double sum = TrigammaAsymptotic(x + steps);
-  for (int k = steps - 1; k >= 0; --k) sum += 1.0 / ((x + k) * (x + k));
+  for (int k = steps - 1; k >= 0; --k) sum += 1.0 / (x + k) / (x + k);
   return sum;
 }
 
