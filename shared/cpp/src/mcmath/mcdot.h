@@ -6,8 +6,8 @@
 namespace MCCommonMath {
 namespace detail {
 
-/// Number of partial sums in every dot product of the library. One register of 512 bits, two of
-/// 256 or four of 128 hold them, so kernels of all three widths can add in the same order.
+/// Number of partial sums of SumInLanes. One register of 512 bits, two of 256 or four of 128 hold
+/// them, so kernels of all three widths can add in the same order.
 constexpr std::size_t kLanes = 8;
 
 /// The one order in which lanes are added: halves onto halves. Always inline, as it is compiled

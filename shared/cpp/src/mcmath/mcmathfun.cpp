@@ -3,6 +3,7 @@
 
 #include "mcmath/mcdot.h"
 #include "mcmath/mcparametertransform.h"
+#include "mcmath/packedtriangle.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>
@@ -201,15 +202,8 @@ bool MCMathFun::QLReps(double x, double y) {
 double MCMathFun::RVD(const std::vector<double>& S, int n, int row, const std::vector<double>& v,
                       int stride) {
   if (n < 1 || row < 0 || row >= n) return MCMV::gMissingValue;
-  const Strided factors(v, 0, stride);
-  std::size_t element = Index(row) * (Index(row) + 1) / 2;
-  double sum = 0.0;
-  for (int j = 0; j < n; ++j) {
-    sum += S[element] * factors[Index(j)];
-    // Along the row up to the diagonal, then down the column.
-    element += j < row ? 1 : Index(j) + 1;
-  }
-  return sum;
+  return detail::RowTimes(detail::PackedRow<const double>(S.data(), Index(row)), Index(n),
+                          detail::StridedVector{v.data(), stride});
 }
 
 double MCMathFun::VSV(const std::vector<double>& S, int n, const std::vector<double>& v) {
