@@ -85,6 +85,20 @@ TEST(BinaryRecordIterator, NewPassInTheMiddleGoesBackToTheFirstRow) {
   EXPECT_EQ(ReadAll(source), kThreeRows);
 }
 
+TEST(BinaryRecordIterator, ReadsOnAfterTheCallerHasResizedTheRow) {
+  const File file = MakeFile(12);
+  BinaryRecordIterator source(file.get(), 4);
+  for (const int size : {0, 2, 9}) {
+    ASSERT_TRUE(source.Next()->Resize(size));
+    const Record* second = source.Next();
+    ASSERT_NE(second, nullptr) << size;
+    EXPECT_EQ(Values(*second), kThreeRows[1]) << size;
+    ASSERT_TRUE(source.Next()->Resize(size));
+    EXPECT_EQ(source.NewPass(), 0) << size;
+  }
+  EXPECT_EQ(ReadAll(source), kThreeRows);
+}
+
 TEST(BinaryRecordIterator, TheFirstPassBeginsWhereTheStreamStands) {
   const File file = MakeFile(12);
   std::fseek(file.get(), 4 * sizeof(double), SEEK_SET);

@@ -8,6 +8,8 @@ BinaryRecordIterator::BinaryRecordIterator(FILE* file, int numVars)
   if (fFile == nullptr) {
     std::fputs("Error: file handle is NULL in BinaryRecordIterator constructor", stdout);
   }
+  // Without room for both rows neither is kept, and nothing will ever be read.
+  if (fCurrent.Size() != fNumVars) fLookahead.Resize(0);
   fFailReason = IsReadable() ? ReadAhead() : static_cast<int>(kReadFailure);
 }
 
@@ -38,8 +40,9 @@ int BinaryRecordIterator::NewPass() {
 }
 
 bool BinaryRecordIterator::IsReadable() const {
-  // A record has another size where numVars is negative, and where memory ran out.
-  return fFile != nullptr && fCurrent.Size() == fNumVars && fLookahead.Size() == fNumVars;
+  // The row read ahead has another size where numVars is negative, and where memory ran out. The
+  // size of the current row tells nothing: it was in the caller's hands.
+  return fFile != nullptr && fLookahead.Size() == fNumVars;
 }
 
 int BinaryRecordIterator::ReadAhead() {
