@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 namespace {
 
@@ -39,6 +40,19 @@ TEST(Constants, EnumeratorsKeepTheirNumbers) {
   EXPECT_EQ(MC_OFFSET_FIXED, 2);
   EXPECT_EQ(MC_MODEL_LINEAR, 0);
   EXPECT_EQ(MC_MODEL_LOGISTIC, 1);
+}
+
+template <class... Enums>
+constexpr bool HoldAnyInt() {
+  return (std::is_same_v<std::underlying_type_t<Enums>, int> && ...);
+}
+
+TEST(Constants, EnumerationsArePlainIntegers) {
+  using namespace MCConst;
+  static_assert(HoldAnyInt<MCVariableType, MCEstimationMethod, MCModelFitStat, MCOffsetType,
+                           MCTestType, MCPAdjustMethod, MCCovbType>());
+  EXPECT_EQ(static_cast<MCModelFitStat>(kMaxInt), kMaxInt);
+  EXPECT_EQ(static_cast<MCVariableType>(kMinInt), kMinInt);
 }
 
 TEST(Constants, ChoicesKeptForTheHostStartAtZero) {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Plain enumerations of the regression core, and the two model types.
+/// Plain enumerations of the regression core, and the two model types. Each enumeration holds any
+/// int, so that a value without a name can be asked about too.
 namespace MCConst {
 
 /// Role of one position of a record. A position holds at most one role.
-enum MCVariableType {
+enum MCVariableType : int {
   MC_VAR_UNSPECIFIED = 0,  ///< no role
   MC_VAR_FREQ_WEIGHT = 1,  ///< frequency weight: how many cases the record stands for
   MC_VAR_REGR_WEIGHT = 2,  ///< regression weight: precision of the record's dependent value
@@ -15,14 +16,14 @@ enum MCVariableType {
 };
 
 /// How the iterative estimator chooses its matrix of second derivatives.
-enum MCEstimationMethod {
+enum MCEstimationMethod : int {
   MC_EST_FISHER = 0,  ///< Fisher scoring: the expected information
   MC_EST_NEWTON = 1,  ///< Newton-Raphson: the observed information
   MC_EST_HYBRID = 2   ///< Fisher scoring for some iterations, then Newton-Raphson
 };
 
 /// Fit statistics. A model answers the missing value for a statistic of another kind of model.
-enum MCModelFitStat {
+enum MCModelFitStat : int {
   MC_FIT_RMSE = 0,         ///< root mean square error (linear)
   MC_FIT_MULTIPLE_R2 = 1,  ///< multiple R square (linear)
   MC_FIT_COX_SNELL = 2,    ///< Cox and Snell R square (logistic)
@@ -31,14 +32,14 @@ enum MCModelFitStat {
 };
 
 /// Where the offset of a record comes from.
-enum MCOffsetType {
+enum MCOffsetType : int {
   MC_OFFSET_NONE = 0,      ///< no offset, that is 0.0
   MC_OFFSET_VARIABLE = 1,  ///< read from the record
   MC_OFFSET_FIXED = 2      ///< one value for all records
 };
 
 /// Test of an effect that the host means to print. Stored and handed back, never acted upon.
-enum MCTestType {
+enum MCTestType : int {
   MC_TEST_WALD = 0,              ///< Wald chi-square
   MC_TEST_F = 1,                 ///< F
   MC_TEST_LIKELIHOOD_RATIO = 2,  ///< likelihood ratio chi-square
@@ -46,7 +47,7 @@ enum MCTestType {
 };
 
 /// Adjustment for multiple tests. Stored and handed back, never acted upon.
-enum MCPAdjustMethod {
+enum MCPAdjustMethod : int {
   MC_PADJ_NONE = 0,            ///< least significant difference: no adjustment
   MC_PADJ_BONFERRONI = 1,      ///< Bonferroni
   MC_PADJ_SIDAK = 2,           ///< Sidak
@@ -55,7 +56,7 @@ enum MCPAdjustMethod {
 };
 
 /// Estimator of the covariance of the coefficients. Stored and handed back, never acted upon.
-enum MCCovbType {
+enum MCCovbType : int {
   MC_COVB_MODEL = 0,  ///< from the model: the inverse information
   MC_COVB_ROBUST = 1  ///< sandwich estimator
 };
