@@ -78,11 +78,11 @@ std::vector<MCModelEffect> EffectBuilder::BuildAll(
     const std::vector<EffectExpression>& expressions) const {
   std::vector<MCModelEffect> effects;
   for (const EffectExpression& expression : expressions) {
-    MCModelEffect effect = Build(expression);
+    const MCModelEffect effect = Build(expression);
     if (std::find(effects.begin(), effects.end(), effect) != effects.end()) {
       Fail(expression, "the effect occurs twice");
     }
-    effects.push_back(std::move(effect));
+    effects.push_back(effect);
   }
   return effects;
 }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -241,6 +242,21 @@ TEST(MCModelEffect, ACopySharesTheListAndNothingElse) {
   EXPECT_EQ(copy.GetVarIndices(), &kVars);
   EXPECT_EQ(copy.GetNCovariates(), 0);
   EXPECT_EQ(copy.GetModelEffect(), (Ints{0, -1, -1, 0, 0}));
+}
+
+TEST(MCModelEffect, AMoveLeavesTheEffectOfBeforeBehind) {
+  MCModelEffect effect = MakeEffect({{10, false}, {20, true}}, {40, 40});
+  const MCModelEffect before = effect;
+  const MCModelEffect moved = std::move(effect);
+  EXPECT_TRUE(moved == before);
+  EXPECT_TRUE(effect == before);  // NOLINT(bugprone-use-after-move)
+  MCModelEffect assigned;
+  assigned = std::move(effect);
+  EXPECT_TRUE(assigned == before);
+  EXPECT_TRUE(effect == before);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(effect.AddCovariate(50), 1);
+  effect.Reset();
+  ExpectIntercept(effect);
 }
 
 TEST(MCModelEffectEquality, EachMemberTakesPart) {

@@ -27,6 +27,12 @@ public:
   /// borrowed; it may be null.
   MCModelEffect(int nFactors, int nCovariates, const std::vector<int>* vars);
 
+  /// A copy shares the list of variables and nothing else. A move is a copy too: what is left
+  /// behind is the effect of before, whose counts match its entries.
+  MCModelEffect(const MCModelEffect&) = default;
+  MCModelEffect& operator=(const MCModelEffect&) = default;
+  ~MCModelEffect() = default;
+
   /// Sets the model's counts and list as the constructor does, and all entries anew: -1 for each
   /// factor, 0 for each covariate. The counters of the effect itself stay as they are; Reset()
   /// clears those.
