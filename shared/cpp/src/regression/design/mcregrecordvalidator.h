@@ -25,7 +25,7 @@ public:
   /// Sets the rules anew. `types`: role of each record position; `factors`: record positions of
   /// the factors, and `factorSizes`: their numbers of categories, in the same order;
   /// `nDepCategories`: number of categories of the dependent, 0 or less for a scale dependent.
-  /// A factor without a size, or at a position that has no role, is skipped.
+  /// A factor without a size, or at a position past the end of the roles, is skipped.
   void SetRecordInfo(const std::vector<MCConst::MCVariableType>& types,
                      const std::vector<int>& factors, const std::vector<int>& factorSizes,
                      int nDepCategories);

@@ -155,10 +155,7 @@ void DisplayDV(std::string label, const std::vector<double>& values, bool full) 
 }
 
 void DisplayBV(std::string label, const std::vector<bool>& values) {
-  DisplayText(1, std::move(label) + SizeOf(values.size()));
-  std::string text;
-  for (const bool value : values) text += " " + Show(value);
-  DisplayText(1, text);
+  DisplayVector(std::move(label), values);
 }
 
 void DisplayIV(std::string label, const std::vector<int>& values) {
