@@ -19,7 +19,8 @@ namespace mcfit {
 namespace {
 
 constexpr std::size_t kReadSize = std::size_t{256} << 10U;
-constexpr std::size_t kParserBlock = 4096;
+// The parser's cell grows by this much, which a very long cell would copy too often were it small.
+constexpr std::size_t kParserBlock = std::size_t{64} << 10U;
 
 // A quote that is never closed would otherwise take the rest of the file into one cell.
 constexpr std::size_t kLongestCell = std::size_t{16} << 20U;
