@@ -542,8 +542,16 @@ TEST(MCFactorTables, InfiniteAndNaNCovariatesEnterAsTheyAre) {
   const std::vector<double>& means = tables->GetCovariateMeans();
   EXPECT_TRUE(std::isnan(means[0])) << "infinity less infinity";
   EXPECT_TRUE(std::isnan(means[1]));
-  EXPECT_EQ(means[2], 0.0) << "twice the mean before overflows in the bound of the snap";
+  EXPECT_EQ(means[2], 0.5 * MCMV::gMissingValue) << "1 is nothing beside it";
   EXPECT_EQ(tables->CreateParameterIndices(), 2);
+}
+
+TEST(MCFactorTables, AHugeMeanIsNotTakenForWhatRoundingLeftOfZero) {
+  const auto tables = MakeTables({}, {}, -1);
+  tables->SetCovariates({0, 1, 2});
+  Update(*tables, {{1.7e308, 9e307, -9e307}, {1.7e308, 9e307, 9e307}});
+  // The last one moves by its double, which no double holds.
+  EXPECT_THAT(tables->GetCovariateMeans(), ElementsAre(1.7e308, 9e307, kInfinity));
 }
 
 TEST(MCFactorTables, TheEmptiestEffectIsTheIncompleteOne) {

@@ -54,7 +54,7 @@ TEST(RunningMeans, AreTheSameToTheBitAtEveryVectorWidth) {
           const volatile double share = difference / total;
           const volatile double step = share * weight;
           const double moved = step + expected[i];
-          const double bound = 2.0 * std::fabs(expected[i]) * 0x1p-52;
+          const double bound = 0x1p-51 * std::fabs(expected[i]);
           expected[i] = std::fabs(moved) < bound ? 0.0 : moved;
           ASSERT_TRUE(IsSame(means[i], expected[i])) << "n " << n << " row " << r << " i " << i;
         }

@@ -11,12 +11,13 @@ namespace {
 // The one loop, compiled into each of the functions below for its vector width.
 [[gnu::always_inline]] inline void Update(const double* __restrict values, double* __restrict means,
                                           std::size_t n, double total, double weight) {
-  constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+  // Twice the epsilon first: twice a mean could overflow, and a huge mean would vanish.
+  constexpr double kTwoEpsilon = 2.0 * std::numeric_limits<double>::epsilon();
   for (std::size_t i = 0; i < n; ++i) {
     const double mean = means[i];
     const double moved = (values[i] - mean) / total * weight + mean;
     // A named condition: the compiler does not vectorise it within the expression.
-    const bool vanished = std::fabs(moved) < 2.0 * std::fabs(mean) * kEpsilon;
+    const bool vanished = std::fabs(moved) < kTwoEpsilon * std::fabs(mean);
     means[i] = vanished ? 0.0 : moved;
   }
 }
