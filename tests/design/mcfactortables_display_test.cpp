@@ -111,6 +111,7 @@ Vector of case counts for categories of the dependent variable undefined
 fOffsetVar = -1
 fOffsetValue = 0
 fOffsetType = 0
+Index of the regression weight variable = -1
 fModelEffectFactors (size = 0)
 
 fModelEffectFactors (size = 2)
@@ -157,7 +158,6 @@ Vector of factor indices in the extracted record (size = 2)
  0 1
  Vector of covariate indices in the input record (size = 1)
  2
-Index of the regression weight variable = -1
 Number of covariate indices in the input record = 1
 Vector of covariate weighted mean (size = 1)
  1

@@ -18,6 +18,7 @@ void MCFactorTables::DisplayLocalEffects() const {
 void MCFactorTables::Display() const {
   DisplayText(1, "MCFactorTables display start");
   DisplayFields("Index of the frequency weight variable");
+  DisplayI("Index of the regression weight variable", fRegrWeightVar);
   for (const std::vector<int>& factors : fModelEffectFactors) {
     DisplayIV("fModelEffectFactors", factors);
   }
@@ -37,7 +38,6 @@ void MCFactorTables::Display() const {
   DisplayIV("Vector of parameter offsets for each effect ( fNModelEffects )", fParameterOffsets);
   DisplayIV("Vector of factor indices in the extracted record", fRowFactorIndices);
   DisplayIV(" Vector of covariate indices in the input record", fCovariateIndices);
-  DisplayI("Index of the regression weight variable", fRegrWeightVar);
   DisplayI("Number of covariate indices in the input record", fNCovariates);
   DisplayDV("Vector of covariate weighted mean", fCovariateMeans, false);
   DisplayB("True if covariate means computed", fMeansComputed);
