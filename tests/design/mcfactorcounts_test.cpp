@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcfactorcounts.h"
 
+#include "support/countingallocator.h"
 #include "support/makerecord.h"
 
 #include <gmock/gmock.h>
@@ -8,6 +9,7 @@
 
 #include <cmath>
 #include <limits>
+#include <new>
 #include <type_traits>
 #include <vector>
 
@@ -233,6 +235,33 @@ TEST(MCFactorCounts, ACopyOfNoDependentHasNone) {
   MCFactorCounts assigned({0}, {2}, -1, 1, 2, 0, -1, 0.0, MCConst::MC_OFFSET_NONE);
   assigned = MakeCounts({0}, {2});
   EXPECT_EQ(assigned.GetDependCountsPtr(), nullptr);
+}
+
+// Whether the assignment succeeds with its k-th allocation failing; else the exception has passed.
+bool IsAssigned(MCFactorCounts& to, const MCFactorCounts& from, std::size_t k) {
+  const mctest::FailAllocation failure(k);
+  try {
+    to = from;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  EXPECT_FALSE(failure.HasFired());
+  return true;
+}
+
+TEST(MCFactorCounts, AnAssignmentThatRunsOutOfMemoryChangesNothing) {
+  const MCFactorCounts from({0, 1, 2}, {2, 2, 2}, -1, 3, 4, 0, -1, 0.0, MCConst::MC_OFFSET_NONE);
+  std::size_t k = 1;
+  for (;; ++k) {
+    MCFactorCounts to = MakeCounts({5}, {3});
+    if (IsAssigned(to, from, k)) break;
+    EXPECT_EQ(to.GetNFactors(), 1);
+    EXPECT_EQ(to.GetNCategories(0), 3);
+    EXPECT_EQ(to.GetDependCountsPtr(), nullptr);
+    EXPECT_TRUE(to.Update(MakeRecord({9, 9, 9, 9, 9, 2})));
+    EXPECT_THAT(*to.GetCountsPtr(0), ElementsAre(Pair(0, 0), Pair(0, 0), Pair(1, 1)));
+  }
+  EXPECT_GT(k, 5U);
 }
 
 TEST(MCFactorCounts, AMovedFromObjectIsAsItWas) {

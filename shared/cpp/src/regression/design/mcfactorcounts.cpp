@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 
 namespace {
 
@@ -59,6 +60,22 @@ MCFactorCounts::MCFactorCounts(const std::vector<int>& factors, const std::vecto
   if (fDependentVar < 0 || fNDepCategories <= 0) return;
   fDepCounts = MakeCounts(fNDepCategories);
   fSizeToCount = std::max(fSizeToCount, SizeToRead(fDependentVar));
+}
+
+MCFactorCounts& MCFactorCounts::operator=(const MCFactorCounts& other) {
+  const auto fields = [](MCFactorCounts& counts) {
+    return std::tie(counts.fFactorIndices, counts.fFactorSizes, counts.fNFactors, counts.fWeightVar,
+                    counts.fDependentVar, counts.fNDepCategories, counts.fLowestCategory,
+                    counts.fCounts, counts.fDepCounts, counts.fDepCountsWithOffset,
+                    counts.fOffsetVar, counts.fOffsetValue, counts.fOffsetType,
+                    counts.fSizeToCount);
+  };
+  // All or nothing: fields of two objects would not fit each other.
+  MCFactorCounts copy(other);
+  auto mine = fields(*this);
+  auto theirs = fields(copy);
+  mine.swap(theirs);
+  return *this;
 }
 
 std::int64_t MCFactorCounts::SizeToRead(int position) {

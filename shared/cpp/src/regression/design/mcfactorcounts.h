@@ -35,8 +35,9 @@ public:
                  int weightVar, int dependentVar, int nDepCategories, int lowestCategory,
                  int offsetVar, double offsetValue, MCConst::MCOffsetType offsetType);
 
+  /// Memory exhaustion is thrown here and in the assignment, which then changes nothing.
   MCFactorCounts(const MCFactorCounts& other) = default;
-  MCFactorCounts& operator=(const MCFactorCounts& other) = default;
+  MCFactorCounts& operator=(const MCFactorCounts& other);
   ~MCFactorCounts() = default;
 
   /// Number of factors.

@@ -81,7 +81,8 @@ public:
   ///
   /// An effect that names a position which is none of the factors' can't be tabulated: it gets no
   /// parameter, its combination is never found, and UpdateAll() answers false.
-  /// Counts, totals and means stay. When memory runs out the object is left without effects.
+  /// Counts, totals and means stay. Memory exhaustion is thrown; the object is left with the
+  /// effects of before or without any.
   void SetModelEffectFactors(const std::vector<std::vector<int>>& modelEffectFactors,
                              const std::vector<int>& rowFactorIndices);
 
