@@ -696,6 +696,13 @@ TEST(MCRectMatrix, BlocksStandAlongTheDiagonal) {
   EXPECT_TRUE(Same(own, Rows({{1, 2, 0, 0}, {0, 0, 1, 2}})));
 }
 
+TEST(MCRectMatrix, NoBlocksAreWalkedWhereThereIsNothingToPlace) {
+  MCRectMatrix out = Rows({{5}});
+  EXPECT_TRUE(MCRectMatrix(1, 0).CreateBlockDiagonal(INT_MAX, out));
+  EXPECT_EQ(out.GetNRows(), INT_MAX);
+  EXPECT_EQ(out.GetNCols(), 0);
+}
+
 TEST(MCRectMatrix, BlocksBeyondTheLargestCountAreRefused) {
   const MCRectMatrix original = Rows({{5}});
   MCRectMatrix out = original;

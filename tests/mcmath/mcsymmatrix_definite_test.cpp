@@ -144,6 +144,7 @@ TEST(MCSymMatrixTransformToPositiveDefinite, MisuseChangesNothing) {
       // Sums beyond all doubles.
       {{1e308, 1.7e308, 1e308}, 1e-6, -2},
       {{1e308, 1.7e308, 1e308, 1.7e308, 1.7e308, 1e308}, 1e-6, -2},
+      {{-8.94e307, 0, 8.96e307}, 1e-6, -2},
       {{8.97e307, -8.96e307, 8.97e307, -8.96e307, -8.96e307, 8.97e307}, 1e-6, -2},
   };
   for (const auto& c : cases) {

@@ -3,12 +3,14 @@
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcmv.h"
+#include "support/countingallocator.h"
 #include "support/extendedmatrix.h"
 
 #include <climits>
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <vector>
 
 namespace {
@@ -249,6 +251,27 @@ TEST(MCSymMatrixCheckGMG, TheMaskMayReceiveTheNegativeRows) {
   EXPECT_TRUE(kThree.CheckGMG({-1, 0, 1, 0, 0, 1}, bits, G, bits, allGone, count));
   EXPECT_EQ(bits, Bits({true, false, false}));
   EXPECT_EQ(count, 1);
+}
+
+TEST(MCSymMatrixCheckGMG, MemoryExhaustionChangesNothing) {
+  const std::vector<double> M = {-1, 0, 1, 0, 0, 1};
+  MCBitSet mask(3);
+  mask.Negate();
+  bool ended = false;
+  for (std::size_t k = 1; !ended; ++k) {
+    MCSymMatrix G = kThree;
+    MCBitSet negative;
+    bool allGone = true;
+    int count = 99;
+    try {
+      const mctest::FailAllocation failure(k);
+      ended = kThree.CheckGMG(M, mask, G, negative, allGone, count);
+    } catch (const std::bad_alloc&) {
+    }
+    EXPECT_EQ(count, ended ? 1 : 99);
+    EXPECT_EQ(negative.Size(), ended ? 3 : 0);
+    EXPECT_EQ(G.AsVectorConst() == kThree.AsVectorConst(), !ended);
+  }
 }
 
 TEST(MCSymMatrixCheckGMG, MisuseIsRefusedWithNothingChanged) {

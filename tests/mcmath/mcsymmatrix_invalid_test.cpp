@@ -159,6 +159,37 @@ TEST_F(InvalidSymMatrix, ProductsAreRefused) {
   EXPECT_EQ(out.GetNRows(), 0);
 }
 
+TEST_F(InvalidSymMatrix, FactorisingFindsNoRows) {
+  MCBitSet pivots(3);
+  double number = 9.0;
+  int count = 9;
+  bool flag = true;
+  std::vector<int> indices;
+  EXPECT_FALSE(invalid.Sweep(0, 1e-12, vector, pivots, true));
+  EXPECT_EQ(invalid.LTChol(vector, 1e-12, true), 0);
+  EXPECT_EQ(invalid.LTChol(1e-12, number, true), 0);
+  EXPECT_EQ(number, gMissingValue);
+  EXPECT_EQ(invalid.CholIndNonRed(0, 1e-12, indices), 0);
+  EXPECT_EQ(invalid.LTDetInverse(nullptr, 10), 0);
+  invalid.LTInverse();
+  invalid.LTLLTrans();
+  EXPECT_EQ(invalid.LTSubstitute(vector, vector), -1);
+  EXPECT_EQ(invalid.LTSolve(vector, 1e-12, vector), -1);
+  EXPECT_FALSE(invalid.SolveIndefiniteGI(1e-12, vector, vector));
+  EXPECT_FALSE(invalid.ComputeDeterminant(1e-12, vector.data()));
+  EXPECT_EQ(invalid.TransformToPositiveDefinite(1e-6, flag, number), -1);
+  EXPECT_FALSE(invalid.GetRegCoeffs(vector, mask));
+  EXPECT_FALSE(invalid.ZeroOutRedundant(mask));
+  EXPECT_FALSE(invalid.ExtractH(0, 0, mask, rect, count, pivots, -1));
+  EXPECT_FALSE(invalid.CheckGMG(none, mask, valid, pivots, flag, count));
+  EXPECT_EQ(count, 9);
+  EXPECT_FALSE(invalid.TransformParameterMatrix(none, none, 1, 0, false, false));
+  EXPECT_FALSE(invalid.TransformParameterMatrix(none, none, mask, 0, false, false));
+  MCSymMatrix inverse(3);
+  EXPECT_EQ(invalid.CholInverse(vector, 1e-12, inverse), -1);
+  EXPECT_FALSE(inverse.IsValidMatrix());
+}
+
 TEST(InvalidRectOperand, IsRefused) {
   MCRectMatrix invalid;
   {

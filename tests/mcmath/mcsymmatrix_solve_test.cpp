@@ -77,7 +77,7 @@ TEST(MCSymMatrixSubstitute, AShortRightSideIsRefused) {
   EXPECT_EQ(x, std::vector<double>{9});
   EXPECT_EQ(MCSymMatrix().LTSubstitute({}, x), 0);
   EXPECT_TRUE(x.empty());
-  EXPECT_EQ(MCSymMatrix(70000).LTSubstitute({}, x), 0);
+  EXPECT_EQ(MCSymMatrix(70000).LTSubstitute({}, x), -1);  // too large, so invalid
 }
 
 TEST(MCSymMatrixSubstitute, ANaNOnTheDiagonalDivides) {
@@ -115,6 +115,14 @@ TEST(MCSymMatrixSolve, RedundantRowsAreCountedAndGetZero) {
   EXPECT_NEAR(x[0], 1.0, 1e-14);
   EXPECT_EQ(x[1], 0.0);
   EXPECT_NEAR(x[2], 1.0, 1e-14);
+}
+
+TEST(MCSymMatrixSolve, TheRightSideMayBeTheTriangleOfTheMatrix) {
+  MCSymMatrix work = Packed({4});
+  std::vector<double> x;
+  EXPECT_EQ(work.LTSolve(work.AsVectorConst(), 1e-12, x), 0);
+  EXPECT_EQ(x, std::vector<double>{1.0});
+  EXPECT_EQ(work.GetElem(0, 0), 2.0);
 }
 
 TEST(MCSymMatrixSolve, MisuseIsRefusedWithEverythingUnchanged) {

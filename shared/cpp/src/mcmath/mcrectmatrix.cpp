@@ -35,7 +35,7 @@ bool MCRectMatrix::AddColumn() {
   // From the last row upward, as each row moves to places that rows above it leave last.
   for (int i = fNRows - 1; i >= 0; --i) {
     const double* const old = fVec.data() + static_cast<std::size_t>(i) * width;
-    std::copy_backward(old, old + width, Row(i) + width);
+    if (i > 0) std::copy_backward(old, old + width, Row(i) + width);
     Row(i)[width] = 0.0;
   }
   return true;

@@ -97,12 +97,12 @@ double MCRectMatrix::DotProductRows(int row1, int row2) const {
 
 double MCRectMatrix::DotProductRowCol(int row, const MCRectMatrix& other, int col) const {
   if (!IsRow(row) || !other.IsCol(col) || fNCols != other.fNRows) return MCMV::gMissingValue;
-  return StridedDot(fNCols, Row(row), 1, other.fVec.data() + col, other.fNCols);
+  return StridedDot(fNCols, Row(row), 1, other.GetColPtr(col), other.fNCols);
 }
 
 double MCRectMatrix::DotProductColCol(int col, const MCRectMatrix& other, int otherCol) const {
   if (!IsCol(col) || !other.IsCol(otherCol) || fNRows != other.fNRows) return MCMV::gMissingValue;
-  return StridedDot(fNRows, fVec.data() + col, fNCols, other.fVec.data() + otherCol, other.fNCols);
+  return StridedDot(fNRows, GetColPtr(col), fNCols, other.GetColPtr(otherCol), other.fNCols);
 }
 
 double MCRectMatrix::DotProductRowRow(int row, const MCRectMatrix& other, int otherRow) const {

@@ -47,6 +47,7 @@ bool MCRectMatrix::CreateBlockDiagonal(int count, MCRectMatrix& out) const {
   if (!IsValidMatrix() || count < 1) return false;
   const std::int64_t blocks = count;
   return MakeMatrix(blocks * fNRows, blocks * fNCols, out, [&](MCRectMatrix& result) {
+    if (fVec.empty()) return;
     for (int b = 0; b < count; ++b) {
       result.PutPart(*this, {0, 0, fNRows, fNCols}, b * fNRows, b * fNCols);
     }

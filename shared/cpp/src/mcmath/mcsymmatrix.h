@@ -23,7 +23,8 @@ class MCRectMatrix;
 /// rectangular matrix. An operation that can't be done answers false, or the missing value for a
 /// number, and leaves all operands as they were. An output may be an operand as well, unless it
 /// is the triangle of this matrix (AsVector()), whose length is not to change. Where an output
-/// matrix can't be allocated it becomes invalid and the answer is false.
+/// matrix can't be allocated it becomes invalid and the answer is false. Vectors that can't be
+/// allocated, scratch included, let std::bad_alloc pass.
 ///
 /// Sums run by ascending index, from 0.0. A form V'SW adds up V[i] times (row i of S times W), and
 /// every operation that is told as a form gives the bits of that sum.
@@ -352,7 +353,8 @@ public:
 
   /// Factors in place, O(n^3 / 6), and answers the number of redundant rows. Row i is kept if
   /// s > tol * scale[i], strictly, where s = S(i, i) less the squares of L(i, j), j < i; entries
-  /// off the diagonal of a redundant row are kept as they come out.
+  /// off the diagonal of a redundant row are kept as they come out. 0 where there is no row, as in
+  /// an invalid matrix.
   /// `scale`: n entries, usually the diagonal. -1, with the matrix unchanged, for a shorter scale
   /// and, with `check`, for tol < 0 or a negative one among the n entries. Without, a negative
   /// bound lets s = 0 pass, and a negative s, whose root is NaN.
@@ -394,7 +396,7 @@ public:
 
   /// Factors in place, with the diagonal as scale, and solves. Answers the number of redundant
   /// rows, whose x is 0. -1, with matrix and x unchanged, unless tol > 0, b has n entries and no
-  /// diagonal element is negative. x may be b.
+  /// diagonal element is negative. x may be b, and b the triangle of this matrix.
   int LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x);
 
   /// `inv` becomes the inverse of this positive semidefinite matrix, with zero rows and columns for
@@ -411,15 +413,15 @@ public:
 
   /// Determinant of this positive semidefinite matrix as det[0] * 10^det[1], 1 <= |det[0]| < 10, or
   /// 0 and 0 with a redundant row. `det`: two doubles. False, with det untouched, without rows, for
-  /// a negative tol, and where memory runs out.
+  /// a negative tol, and where the copy that is factored can't be allocated.
   bool ComputeDeterminant(double tol, double* det) const;
 
   /// Takes the rows in `mask` of a packed m-row matrix, in 1 block, replaces them by their Cholesky
   /// factor with the scale of GetNCheckDiagonal(scale, tol, 1.0), and answers the number of
   /// redundant rows: how many depend on the masked rows before them. 0, with nothing changed, for
   /// m = 0. -1, with nothing changed, if m < 0, if `packed` has fewer than m(m+1)/2 entries or if
-  /// `mask` has fewer than m bits. -2, with the matrix invalid, where memory runs out. `packed` may
-  /// be the triangle of this matrix.
+  /// `mask` has fewer than m bits. -2, with the matrix invalid, where the rows taken can't be
+  /// allocated. `packed` may be the triangle of this matrix.
   int CheckMDependent(int m, const std::vector<double>& packed, const MCBitSet& mask, double tol);
 
   /// Repairs an indefinite matrix of at least 2 rows. The smallest multiple of the identity that
@@ -432,7 +434,8 @@ public:
   /// positive definite. `changed` tells whether it was repaired, `added` what was added to the
   /// diagonal before the division, else 0. -1, with nothing changed, for n < 2. -2, with nothing
   /// changed, unless 0 < tol <= 1e6 (the search takes about n + tol steps) and all elements are
-  /// finite, and where sums leave the range of doubles or memory runs out.
+  /// finite, and where sums leave the range of doubles or the copy that is factored can't be
+  /// allocated.
   int TransformToPositiveDefinite(double tol, bool& changed, double& added);
 
   /// Solves S x = b for a matrix that need not be definite, through S'S x = S b and LTSolve.

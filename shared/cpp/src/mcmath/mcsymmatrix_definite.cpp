@@ -95,9 +95,10 @@ int MCSymMatrix::TransformToPositiveDefinite(double tol, bool& changed, double& 
   double maxDiag = 0.0;
   double minDiag = 0.0;
   MaxMinDiag(maxDiag, minDiag);
-  const double margin = 0.01 * (maxDiag + ridge);
+  const double raised = maxDiag + ridge;
+  const double margin = 0.01 * raised;
   const double divisor = ridge + margin + search.FirstScale();
-  if (!std::isfinite(divisor)) return -2;
+  if (!std::isfinite(raised + margin) || !std::isfinite(divisor)) return -2;
   AddToDiagonal(ridge);
   AddToDiagonal(margin);
   MultiplyByNumber(1.0 / divisor);

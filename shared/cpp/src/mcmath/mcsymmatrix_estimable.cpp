@@ -5,6 +5,7 @@
 #include "mcmath/packedtriangle.h"
 
 #include <cstdint>
+#include <utility>
 
 namespace MCCommonMath {
 
@@ -25,7 +26,7 @@ void PutUnitRows(int n, int from, int to, const MCBitSet& keep, MCRectMatrix& H,
 }  // namespace
 
 bool MCSymMatrix::ZeroOutRedundant(const MCBitSet& keep) {
-  if (fNRows > keep.Size()) return false;
+  if (!IsValidMatrix() || fNRows > keep.Size()) return false;
   for (int i = 0; i < fNRows; ++i) {
     if (!keep.IsIn(i)) ZeroOut(i);
   }
@@ -72,7 +73,8 @@ bool MCSymMatrix::ExtractH(int from, int to, const MCBitSet& keep, MCRectMatrix&
 
 bool MCSymMatrix::CheckGMG(const std::vector<double>& M, const MCBitSet& mask, MCSymMatrix& G,
                            MCBitSet& negative, bool& allGone, int& count) const {
-  if (M.size() != detail::RowStart(Rows()) || fNRows > mask.Size()) return false;
+  if (!IsValidMatrix() || fNRows > mask.Size()) return false;
+  if (M.size() != detail::RowStart(Rows())) return false;
   if (fNRows < 1) return true;
   if (G.fNRows != fNRows) return false;
 
@@ -90,7 +92,7 @@ bool MCSymMatrix::CheckGMG(const std::vector<double>& M, const MCBitSet& mask, M
     ++count;
   }
   allGone = count > 0 && count == mask.InRangeS(0, fNRows);
-  negative = negativeInM;
+  negative = std::move(negativeInM);
   return true;
 }
 

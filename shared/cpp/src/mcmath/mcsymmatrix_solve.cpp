@@ -32,7 +32,7 @@ void SubstituteBackward(const std::vector<double>& triangle, std::size_t n, doub
 }  // namespace
 
 int MCSymMatrix::LTSubstitute(const std::vector<double>& b, std::vector<double>& x) const {
-  if (b.size() < Rows()) return -1;
+  if (!IsValidMatrix() || b.size() < Rows()) return -1;
   if (&b != &x) x = b;
   x.resize(Rows());
   SubstituteForward(fVec, Rows(), x.data());
@@ -41,7 +41,8 @@ int MCSymMatrix::LTSubstitute(const std::vector<double>& b, std::vector<double>&
 }
 
 int MCSymMatrix::LTSolve(const std::vector<double>& b, double tol, std::vector<double>& x) {
-  if (!(tol > 0.0) || b.size() < Rows()) return -1;
+  if (!IsValidMatrix() || !(tol > 0.0) || b.size() < Rows()) return -1;
+  if (&b == &fVec) return LTSolve(std::vector<double>(b), tol, x);
   std::vector<double> scale;
   GetDiagonal(scale);
   const int nRedundant = LTChol(scale, tol, true);

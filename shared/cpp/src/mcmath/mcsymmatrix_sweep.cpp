@@ -42,13 +42,13 @@ void SweepPivot(double* triangle, std::size_t n, std::size_t k) {
     const double a = detail::ScalePivotColumn(pivotRow[i], c);
     AddMultiple(a, pivotRow, triangle + RowStart(i), i + 1);
   }
-  const double* const columnBelow = triangle + RowStart(k + 1) + k;
+  const double* const column = triangle + k;
   for (std::size_t i = k + 1; i < n; ++i) {
     double* const row = triangle + RowStart(i);
     const double a = detail::ScalePivotColumn(row[k], c);
     AddMultiple(a, pivotRow, row, k);
-    const double* element = columnBelow;
-    for (std::size_t j = k + 1; j <= i; element += ++j) row[j] += a * *element;
+    std::size_t start = RowStart(k + 1);
+    for (std::size_t j = k + 1; j <= i; start += ++j) row[j] += a * column[start];
   }
 }
 
@@ -74,7 +74,7 @@ bool MCSymMatrix::Sweep(int k, double tol, const std::vector<double>& scale, MCB
 
 bool MCSymMatrix::GetRegCoeffs(std::vector<double>& b, const MCBitSet& pivots) const {
   const int nCoefficients = std::max(fNRows, 1) - 1;
-  if (nCoefficients > pivots.Size()) return false;
+  if (!IsValidMatrix() || nCoefficients > pivots.Size()) return false;
   b.resize(static_cast<std::size_t>(nCoefficients));
   for (int j = 0; j < nCoefficients; ++j) {
     b[static_cast<std::size_t>(j)] = pivots.IsIn(j) ? GetElem(nCoefficients, j) : 0.0;

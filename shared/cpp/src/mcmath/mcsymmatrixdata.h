@@ -18,8 +18,8 @@ namespace MCCommonMath {
 /// Memory exhaustion while a matrix is sized doesn't throw: it leaves an invalid matrix, whose
 /// row count is negative and whose triangle is empty. Test it with IsValidMatrix(). The same
 /// holds beyond 65,535 rows, where a triangle index would pass 2^31. Operations on an invalid
-/// matrix find no rows: they do nothing and answer false, the missing value or, where they add up
-/// over rows without any refusal of their own, 0.
+/// matrix find no rows: they do nothing and answer false, -1, the missing value or, where they
+/// count or add up over rows, 0.
 class MC_EXPORT MCSymMatrixData {
 public:
   /// 0 rows, 0 blocks, block size 0.
