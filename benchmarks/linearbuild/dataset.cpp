@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "dataset.h"
+
+#include <sys/resource.h>
+
+namespace {
+
+double Seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+}
+
+}  // namespace
+
+Dataset DatasetNamed(const std::string& name) {
+  if (name == "D1") return {name, 1000000, {}, 50, {}};
+  if (name == "D2") return {name, 1000000, {20, 50, 10}, 5, {{0}, {1}, {2}, {0, 2}}};
+  if (name == "D5") return {name, 20000, {}, 1000, {}};
+  return {};
+}
+
+std::FILE* OpenRows(const Dataset& dataset, const std::string& directory, const char* mode) {
+  constexpr std::size_t kBuffer = 256 * 1024;
+  std::FILE* file = std::fopen((directory + "/" + dataset.name + ".rows").c_str(), mode);
+  if (file != nullptr) std::setvbuf(file, nullptr, _IOFBF, kBuffer);
+  return file;
+}
+
+void ReportUse(const std::string& name, double value) {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  std::printf("%s %.3f %.1f %.12g\n", name.c_str(),
+              Seconds(usage.ru_utime) + Seconds(usage.ru_stime),
+              static_cast<double>(usage.ru_maxrss) / 1024.0, value);
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+/// A row file of doubles on which whole linear builds are measured. Each row holds the factors'
+/// codes, the covariates and last the dependent.
+struct Dataset {
+  std::string name;
+  int nRows;
+  std::vector<int> factorSizes;
+  int nCovariates;
+  /// Effects beside the covariates: lists of factors.
+  std::vector<std::vector<int>> factorEffects;
+
+  int NFactors() const { return static_cast<int>(factorSizes.size()); }
+  int NVariables() const { return NFactors() + nCovariates + 1; }
+};
+
+/// D1, D2 or D5; an empty name for any other.
+Dataset DatasetNamed(const std::string& name);
+
+/// Opens the row file of a data set in a directory, with a large buffer: one call of the system
+/// then brings many rows. Null if it can't be opened.
+std::FILE* OpenRows(const Dataset& dataset, const std::string& directory, const char* mode);
+
+/// Prints "name cpu-seconds peak-megabytes value": what a program used so far, and a figure of its
+/// result, which tells that programs did the same work.
+void ReportUse(const std::string& name, double value);
