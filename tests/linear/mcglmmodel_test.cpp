@@ -677,6 +677,29 @@ TEST(MCGLMModelRow, ResidualsAddUpAlikeWithAndWithoutTheirProducts) {
   EXPECT_EQ(with.fModel.GetMultipleRSquare(), without.fModel.GetMultipleRSquare());
 }
 
+TEST(MCGLMModelRow, ResidualsOfManyRowsKeepTheirOrderHoweverTheyAreTaken) {
+  Rows rows;
+  for (int i = 0; i < 37; ++i) rows.push_back({1.0 / (i + 3), 0.1 * i, 0.7 * (i % 5) - 1.3});
+  for (std::size_t productsEach : {1U, 3U, 5U, 40U}) {
+    LinearModel all(RegressionDesign(0, {}, {1, 2}).Effect({}, {1}).Effect({}, {2}));
+    LinearModel some(RegressionDesign(0, {}, {1, 2}).Effect({}, {1}).Effect({}, {2}));
+    ASSERT_TRUE(all.Fit(rows).IsOK());
+    ASSERT_TRUE(some.Accumulate(rows).IsOK());
+    ASSERT_TRUE(some.fModel.BuildModel().IsOK());
+    std::vector<double> out(3);
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+      if (k % productsEach == productsEach - 1) {
+        some.fModel.GetDResiduals(out, rows[k].data());
+      } else {
+        some.fModel.AddResidual(rows[k].data());
+      }
+    }
+    ASSERT_TRUE(some.fModel.FinishErrors().IsOK());
+    EXPECT_EQ(all.fModel.GetRootMeanSquareError(), some.fModel.GetRootMeanSquareError());
+    EXPECT_EQ(all.fModel.GetMultipleRSquare(), some.fModel.GetMultipleRSquare());
+  }
+}
+
 TEST(MCGLMModelRow, ResidualsNeedABuiltModelARowAndNoCancel) {
   ScriptedCancel never;
   LinearModel model(RegressionDesign(0, {}, {}).CancelledBy(never));

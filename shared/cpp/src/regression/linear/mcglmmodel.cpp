@@ -114,6 +114,8 @@ MCStatus MCGLMModel::PrepareRows() {
   fRowValues.assign(fDesignRow.size(), 0.0);
   const int nNonZero = std::min(fFactorTables->GetNModelEffects() + 1, nRows);
   fbSparseRows = MCCrossProduct::IsSparse(nRows, nNonZero);
+  fHeldRows.assign(fbSparseRows ? 0 : kMostHeld * fDesignRow.size(), 0.0);
+  fHeldWeights.assign(kMostHeld, 0.0);
   fpPendingRows = std::make_unique<MCCrossProduct>(nRows, matrix->AsVector());
   fZPrimeZ = std::move(matrix);
   fParamsCreated = true;

@@ -192,6 +192,10 @@ private:
   bool ExpandScratch(const double* row) const;
   double PredictScratch() const;
   double TakeResidual(const double* row, double& weight);
+  void TakePrediction(double prediction, double dependent, double weight);
+  void HoldRow(const double* row);
+  void TakeHeldRows();
+  void PredictHeldRows(double* predictions) const;
   void SweepColumns();
 
   const MCRegSettings* fSettings;
@@ -244,4 +248,11 @@ private:
   mutable std::size_t fNRowColumns = 0;
 
   bool fbFiniteEstimates = false;
+
+  // Dense design rows whose residuals wait: one sum of a row's products waits for each addition,
+  // the sums of several rows run side by side.
+  static constexpr std::size_t kMostHeld = 8;
+  std::vector<double> fHeldRows;
+  std::vector<double> fHeldWeights;
+  std::size_t fNHeld = 0;
 };

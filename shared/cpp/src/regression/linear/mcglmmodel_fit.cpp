@@ -43,6 +43,7 @@ void MCGLMModel::SweepColumns() {
 }
 
 MCStatus MCGLMModel::FinishErrors() {
+  TakeHeldRows();
   const bool hasWeight = fTotalWeight > 0.0;
   if (hasWeight) fRootMeanSquareError = std::sqrt(fSumSquaredResiduals);
   if (fSumSquaredTotal > 0.0) {

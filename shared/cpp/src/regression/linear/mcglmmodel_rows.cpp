@@ -166,19 +166,62 @@ double MCGLMModel::PredictScratch() const {
 }
 
 double MCGLMModel::TakeResidual(const double* row, double& weight) {
+  TakeHeldRows();
   ExpandScratch(row);
   const double dependent = Dependent(row);
-  const double residual = dependent - PredictScratch();
+  const double prediction = PredictScratch();
   weight = RowWeight(row);
+  TakePrediction(prediction, dependent, weight);
+  return dependent - prediction;
+}
+
+void MCGLMModel::TakePrediction(double prediction, double dependent, double weight) {
+  const double residual = dependent - prediction;
   fSumSquaredResiduals += weight * (residual * residual);
   const double deviation = fSettings->GetInterceptUse() ? dependent - fDepMean : dependent;
   fSumSquaredTotal += weight * (deviation * deviation);
   if (weight != 0.0) MCCommon::detail::CountUp(fNonZeroWeightRows);
-  return residual;
+}
+
+void MCGLMModel::HoldRow(const double* row) {
+  ExpandScratch(row);
+  fDesignRow.back() = Dependent(row);
+  std::copy(fDesignRow.begin(), fDesignRow.end(),
+            fHeldRows.begin() + static_cast<std::ptrdiff_t>(fNHeld * fDesignRow.size()));
+  fHeldWeights[fNHeld] = RowWeight(row);
+  if (++fNHeld == kMostHeld) TakeHeldRows();
+}
+
+// Row by row in their order, as if none had waited.
+void MCGLMModel::TakeHeldRows() {
+  if (fNHeld == 0) return;
+  double predictions[kMostHeld] = {};
+  PredictHeldRows(predictions);
+  for (std::size_t k = 0; k < fNHeld; ++k) {
+    const double dependent = fHeldRows[(k + 1) * fDesignRow.size() - 1];
+    TakePrediction(predictions[k], dependent, fHeldWeights[k]);
+  }
+  fNHeld = 0;
+}
+
+// Each sum has the order of PredictScratch(). All rows are summed, also those that aren't held now.
+void MCGLMModel::PredictHeldRows(double* predictions) const {
+  const std::size_t size = fDesignRow.size();
+  const double* const rows = fHeldRows.data();
+  double sums[kMostHeld] = {};
+  for (std::size_t j = 0; j < fParamEstimates.size(); ++j) {
+    const double estimate = fParamEstimates[j];
+    for (std::size_t k = 0; k < kMostHeld; ++k) sums[k] += rows[k * size + j] * estimate;
+  }
+  std::copy(sums, sums + kMostHeld, predictions);
 }
 
 void MCGLMModel::AddResidual(const double* row) {
   if (fCancelInfo->WillCancel() || !fModelBuilt || row == nullptr) return;
+  if (!fbSparseRows) {
+    HoldRow(row);
+    return;
+  }
   double weight = 0.0;
   TakeResidual(row, weight);
 }

@@ -1,0 +1,141 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""report.py PROGRAMS ROWS [FILTER]: runs the benchmarks and prints one table, in Markdown.
+
+Every figure is the best of several repetitions, which run in turn with their peers: on a machine
+that does other things the least disturbed run is the one that compares."""
+import json
+import subprocess
+import sys
+
+REPETITIONS = 9
+BUILD_REPETITIONS = 5
+
+# Ours, the peers it is divided by, and the goal where there is one: at most so many times the
+# first peer.
+GROUPS = [
+    ("Dense rows, widest vectors", "DenseBlocked/Widest", ["DenseDsyrk", "DenseEigen", "DensePlainLoop"],
+     {"50": 1.0, "200": 1.0, "1000": 1.0}),
+    ("Dense rows, 2 lanes", "DenseBlocked/Sse2", ["DenseDsyrk", "DenseEigen", "DensePlainLoop"], {}),
+    ("Rows of 10 non-zeros", "SparseScatter", ["SparsePlainLoop"], {}),
+    ("Sweep, all rows", "SweepAllRows", ["SweepPeerPotrfPotri", "SweepOneByOne"],
+     {"50": 2.5, "254": 2.5, "1000": 2.5}),
+    ("LTChol", "CholeskyLTChol", ["CholeskyPeerPotrf", "CholeskyPeerEigen", "CholeskyPlainLoop"],
+     {"50": 4.0, "254": 4.0, "1000": 4.0}),
+    ("MCHashtable, a lookup", "LookupHashtable", ["LookupUnorderedMap", "LookupMap"], {}),
+    ("UpdateAll, a row", "RowUpdateAll", ["RowPlainCounts"], {}),
+    ("GetRowParameterIndices, a row", "RowParameterIndices", ["RowPlainCounts"], {}),
+]
+
+BUILDS = [
+    ("D1: 1,000,000 rows, 50 covariates", "D1", "dsyrk + Cholesky", 3.0, 30.0),
+    ("D2: 1,000,000 rows, A(20) B(50) C(10) A*C, 5 covariates", "D2", "scatter by hand + Cholesky", 10.0,
+     30.0),
+    ("D5: 20,000 rows, 1,000 covariates", "D5", "dsyrk + Cholesky", 2.0, None),
+]
+
+PEER_NAMES = {
+    "DenseDsyrk": "OpenBLAS dsyrk", "DenseEigen": "Eigen rankUpdate", "DensePlainLoop": "plain loop",
+    "SparsePlainLoop": "plain loop with zeros", "SweepPeerPotrfPotri": "OpenBLAS dpotrf + dpotri",
+    "SweepOneByOne": "Sweep one by one", "CholeskyPeerPotrf": "OpenBLAS dpotrf",
+    "CholeskyPeerEigen": "Eigen LLT", "CholeskyPlainLoop": "plain loop",
+    "LookupUnorderedMap": "std::unordered_map", "LookupMap": "std::map",
+    "RowPlainCounts": "counts in arrays",
+}
+
+
+def processor():
+    with open("/proc/cpuinfo", encoding="ascii") as info:
+        lines = dict(line.split(":", 1) for line in info.read().split("\n\n")[0].split("\n") if ":" in line)
+    fields = {key.strip(): value.strip() for key, value in lines.items()}
+    return "%s (family %s, model %s)" % (fields["model name"], fields["cpu family"], fields["model"])
+
+
+def run_benchmarks(programs, pattern):
+    """Best CPU time in microseconds of each benchmark, and its flop/s and items/s."""
+    command = [programs + "/mcstat_benchmarks", "--benchmark_format=json", "--benchmark_min_time=0.1",
+               "--benchmark_repetitions=%d" % REPETITIONS,
+               "--benchmark_enable_random_interleaving=true"]
+    if pattern:
+        command.append("--benchmark_filter=" + pattern)
+    output = subprocess.run(command, check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+    best = {}
+    for entry in json.loads(output)["benchmarks"]:
+        if entry["run_type"] != "iteration" or entry.get("error_occurred"):
+            continue
+        name = entry["run_name"]
+        if name not in best or entry["cpu_time"] < best[name]["cpu_time"]:
+            best[name] = entry
+    return best
+
+
+def throughput(entry):
+    if "flop/s" in entry:
+        return "%.1f Gflop/s" % (entry["flop/s"] / 1e9)
+    if "items_per_second" in entry:
+        return "%.0f M/s" % (entry["items_per_second"] / 1e6)
+    return ""
+
+
+def time_text(entry):
+    if "items_per_second" in entry:
+        return "%.1f ns" % (1e9 / entry["items_per_second"])
+    return "%.4g us" % entry["cpu_time"]
+
+
+def goal_text(goal, ratio):
+    if goal is None:
+        return ""
+    return "%g: %s" % (goal, "reached" if ratio <= goal else "MISSED")
+
+
+def print_kernels(best):
+    for title, ours, peers, goals in GROUPS:
+        names = [n for n in best if n == ours or n.startswith(ours + "/")]
+        for name in sorted(names, key=lambda n: (len(n), n)):
+            order = name[len(ours) + 1:]
+            rivals = [(p, best.get(p + ("/" + order if order else ""))) for p in peers]
+            ratios = [(p, best[name]["cpu_time"] / r["cpu_time"]) for p, r in rivals if r]
+            first = ratios[0][1] if ratios else float("nan")
+            print("| %s | %s | %s | %s | | %s | %s |" % (
+                title, order and "n = " + order, time_text(best[name]), throughput(best[name]),
+                ", ".join("%.2f %s" % (ratio, PEER_NAMES[p]) for p, ratio in ratios),
+                goal_text(goals.get(order), first)))
+
+
+def run_build(program, name, rows):
+    words = subprocess.run([program, name, rows], check=True, stdout=subprocess.PIPE).stdout.split()
+    return float(words[1]), float(words[2]), float(words[3])
+
+
+def print_builds(programs, rows):
+    for title, name, peer, goal, memory_goal in BUILDS:
+        ours, limits = [], []
+        for _ in range(BUILD_REPETITIONS):
+            limits.append(run_build(programs + "/bench_limit", name, rows))
+            ours.append(run_build(programs + "/bench_build", name, rows))
+        if abs(ours[0][2] - limits[0][2]) > 1e-8:
+            sys.exit("%s: R square %.12g in place of %.12g" % (name, ours[0][2], limits[0][2]))
+        seconds, memory, _ = min(ours)
+        ratio = seconds / min(limits)[0]
+        goal_told = goal_text(goal, ratio)
+        if memory_goal:
+            goal_told += ", %g MB: %s" % (memory_goal, "reached" if memory <= memory_goal else "MISSED")
+        print("| Linear build | %s | %.3f s | | %.1f MB | %.2f %s (%.3f s) | %s |" % (
+            title, seconds, memory, ratio, peer, min(limits)[0], goal_told))
+
+
+def main():
+    programs, rows = sys.argv[1:3]
+    pattern = sys.argv[3] if len(sys.argv) > 3 else None
+    best = run_benchmarks(programs, pattern)
+    print("Processor: %s. CPU time, one thread.\n" % processor())
+    print("| Work | Size | Time | Throughput | Peak memory | Times the peer's | Goal |")
+    print("|---|---|--:|--:|--:|---|---|")
+    print_kernels(best)
+    if pattern is None:
+        print_builds(programs, rows)
+
+
+if __name__ == "__main__":
+    main()
