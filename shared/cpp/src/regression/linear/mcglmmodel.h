@@ -234,19 +234,19 @@ private:
   // Terms of column j: fTerms[fTermBegin[j]] up to, not including, fTerms[fTermBegin[j + 1]].
   std::vector<Term> fTerms;
   std::vector<std::size_t> fTermBegin;
-  bool fbReadsRow = false;
 
   // Where no effect has factors every row has the same columns: some are copied, the rest formed.
-  bool fbFixedColumns = false;
   std::vector<Run> fRuns;
   std::vector<std::size_t> fFormedColumns;
 
   // The last row expanded, if rows are sparse: its non-zero columns, ascending, and their values.
-  bool fbSparseRows = false;
   mutable std::vector<int> fRowColumns;
   mutable std::vector<double> fRowValues;
   mutable std::size_t fNRowColumns = 0;
 
+  bool fbReadsRow = false;
+  bool fbFixedColumns = false;
+  bool fbSparseRows = false;
   bool fbFiniteEstimates = false;
 
   // Dense design rows whose residuals wait: one sum of a row's products waits for each addition,
