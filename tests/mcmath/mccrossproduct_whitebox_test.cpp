@@ -175,6 +175,19 @@ TEST(MCCrossProduct, KeepsNegativeZerosOfTheTargetThatNoRowTouches) {
   ExpectSameBits(19, rows, start);
 }
 
+TEST(MCCrossProduct, LeavesASignalingNaNOfTheTargetThatNoRowTouches) {
+  const std::vector<double> start(TriangleSize(2), std::numeric_limits<double>::signaling_NaN());
+  const double row[] = {0.0, 0.0};
+  const int position = 1;
+  std::vector<double> triangle = start;
+  MCCrossProduct accumulator(2, triangle);
+  accumulator.AddRow(row, 1.0);
+  accumulator.AddSparseRow(1, &position, row, 1.0);
+  accumulator.Flush();
+  // SameBits takes all NaN as one.
+  EXPECT_EQ(std::memcmp(start.data(), triangle.data(), start.size() * sizeof(double)), 0);
+}
+
 TEST(MCCrossProduct, RefusesAWeightThatIsNotPositive) {
   std::vector<double> triangle(3, 1.5);
   MCCrossProduct accumulator(2, triangle);

@@ -2,9 +2,11 @@
 #include "mcmath/mccrossproduct.h"
 
 #include "mcmath/detail/aligned.h"
+#include "mcmath/packedtriangle.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace MCCommonMath {
 namespace detail {
@@ -17,8 +19,15 @@ std::size_t BlockRows(std::size_t n) {
   return n <= 24 ? 128 : 256;
 }
 
-bool IsNegativeZero(double x) {
-  return x == 0.0 && std::signbit(x);
+std::uint64_t BitsOf(double x) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &x, sizeof bits);
+  return bits;
+}
+
+// Whether adding 0.0 changes the bits of x: so for -0.0, and for a NaN that is still signaling.
+bool ChangesByAddingZero(double x) {
+  return BitsOf(x + 0.0) != BitsOf(x);
 }
 
 }  // namespace
@@ -60,14 +69,14 @@ void MCCrossProduct::AllocateBlock() {
 }
 
 bool MCCrossProduct::StageRow(const double* x, double w) {
-  if (fbNegativeZeros) return false;
+  if (fbTargetMindsZeros) return false;
   fBlock.weights[fNPending] = w;
   return fKernels.stageRow(fBlock, fBlock.leftPanels, fNPending, x, w);
 }
 
-// The block adds also the products of zeros, which the definition skips. That changes no bit of
-// a sum that isn't -0.0 as long as all factors are finite, and a sum becomes -0.0 only if it
-// started so. All else takes the plain way.
+// The block adds also the products of zeros, which the definition skips. As long as all factors are
+// finite, that changes no bit of a sum that isn't -0.0 or a signaling NaN, and a sum becomes
+// neither of them unless it started so. All else takes the plain way.
 bool MCCrossProduct::AddRow(const double* x, double w) {
   if (!(w > 0.0)) return false;
   if (fStorage.empty()) AllocateBlock();
@@ -85,7 +94,7 @@ bool MCCrossProduct::AddSparseRow(int m, const int* idx, const double* val, doub
   CheckTarget();
   double notFinite = 0.0;
   for (int a = 0; a < m; ++a) notFinite += w * val[a] * 0.0;
-  if (fbNegativeZeros || !(notFinite == 0.0)) {
+  if (fbTargetMindsZeros || !(notFinite == 0.0)) {
     AddWrittenOut(m, idx, val, w);
     return true;
   }
@@ -93,7 +102,7 @@ bool MCCrossProduct::AddSparseRow(int m, const int* idx, const double* val, doub
   double* triangle = fTriangle.data();
   for (int a = 0; a < m; ++a) {
     const std::size_t i = static_cast<std::size_t>(idx[a]);
-    double* row = triangle + i * (i + 1) / 2;
+    double* row = triangle + RowStart(i);
     const double factor = w * val[a];
     for (int b = 0; b <= a; ++b) row[idx[b]] += factor * val[b];
   }
@@ -114,7 +123,7 @@ void MCCrossProduct::AddPlainRow(const double* x, double w) {
 
 void MCCrossProduct::CheckTarget() {
   if (fbTargetChecked) return;
-  fbNegativeZeros = std::any_of(fTriangle.begin(), fTriangle.end(), IsNegativeZero);
+  fbTargetMindsZeros = std::any_of(fTriangle.begin(), fTriangle.end(), ChangesByAddingZero);
   fbTargetChecked = true;
 }
 

@@ -41,7 +41,8 @@ public:
   /// The same for a row given by its non-zero entries: x[idx[a]] = val[a] for a < m and 0
   /// elsewhere. `idx`: m ascending distinct positions within 0..n-1. The bits are those of AddRow()
   /// with the row written out; the cost is m^2/2 scattered additions. Rows keep their order
-  /// whichever way they are added, but a change from AddRow() to this one folds the block.
+  /// whichever way they are added, but a change from AddRow() to this one folds the block. The
+  /// first row that isn't finite allocates n doubles; if that throws, nothing is added.
   bool AddSparseRow(int m, const int* idx, const double* val, double w);
 
   /// Whether rows of `nonZeros` entries out of n are cheaper by AddSparseRow().
@@ -68,7 +69,7 @@ private:
   std::size_t fNPending = 0;
   std::vector<double> fWrittenOut;
   bool fbTargetChecked = false;
-  bool fbNegativeZeros = false;
+  bool fbTargetMindsZeros = false;
 };
 
 }  // namespace detail
