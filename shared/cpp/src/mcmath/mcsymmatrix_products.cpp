@@ -6,7 +6,6 @@
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace MCCommonMath {
 
@@ -158,7 +157,7 @@ bool MCSymMatrix::ComputeRTransSR(const MCRectMatrix& R, MCSymMatrix& out) const
   const double* elements = R.AsVectorConst().data();
   const std::size_t nCols = out.Rows();
   for (std::size_t c = 0; c < nCols; ++c) {
-    const StridedVector column{elements + c, R.GetNCols()};
+    const StridedVector column{R.GetColPtr(static_cast<int>(c)), R.GetNCols()};
     TimesVector(fVec.data(), Rows(), column, product.data());
     double* row = out.fVec.data() + RowStart(c);
     for (std::size_t i = 0; i < Rows(); ++i) {
