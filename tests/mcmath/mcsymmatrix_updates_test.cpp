@@ -125,6 +125,15 @@ TEST(MCSymMatrixUpdate, TheRelativesOfUpdateXXSkipThoseRowsToo) {
   EXPECT_EQ(crossProducts.GetElem(1, 0), 0.0);
 }
 
+TEST(MCSymMatrixUpdate, SparseRowsAndRowProductsSkipNoZeros) {
+  MCSymMatrix sparse(2);
+  EXPECT_TRUE(sparse.UpdateXXSparse(2, {0, 1}, {kInf, 0.0}, 1.0));
+  EXPECT_TRUE(std::isnan(sparse.GetElem(1, 0)));
+  MCSymMatrix rowProducts;
+  EXPECT_TRUE(rowProducts.ComputeRByRTrans(Rect(2, 1, {kInf, 0.0})));
+  EXPECT_TRUE(std::isnan(rowProducts.GetElem(1, 0)));
+}
+
 TEST(MCSymMatrixUpdate, ANaNIsNotSkippedAndMeetsZerosAsNaN) {
   MCSymMatrix matrix(3);
   EXPECT_TRUE(matrix.UpdateXX({0.0, kNaN, 0.0}, 1.0));

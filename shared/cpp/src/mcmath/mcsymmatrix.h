@@ -26,8 +26,10 @@ class MCRectMatrix;
 /// matrix can't be allocated it becomes invalid and the answer is false. Vectors that can't be
 /// allocated, scratch included, let std::bad_alloc pass.
 ///
-/// Sums run by ascending index, from 0.0. A form V'SW adds up V[i] times (row i of S times W), and
-/// every operation that is told as a form gives the bits of that sum.
+/// Sums over rows, and those of products and forms, run by ascending index, from 0.0; the dot
+/// products of ComputeRByRTrans and of what factors or transforms the matrix are added in lanes. A
+/// form V'SW adds up V[i] times (row i of S times W), and every operation that is told as a form
+/// gives the bits of that sum.
 class MC_EXPORT MCSymMatrix : public MCSymMatrixData {
 public:
   /// \name Construction and shape
@@ -87,8 +89,13 @@ public:
   /// \name Elementwise operations, in place
   /// @{
 
+  /// Adds `a` to each diagonal element.
   void AddToDiagonal(double a);
+
+  /// Negates every element, zeros included.
   void ChangeSign();
+
+  /// Multiplies every element by `a`.
   void MultiplyByNumber(double a);
 
   /// S += a X. False if row counts differ.
@@ -116,7 +123,8 @@ public:
   void ZeroOutNonDiag(double tol);
 
   /// Brings the off-diagonal elements of a correlation matrix inside (-1, 1): from 1 on they become
-  /// 1 - delta, from -1 down -(1 - delta). False unless 0 <= delta < 1.
+  /// 1 - delta, from -1 down -(1 - delta). False unless 0 <= delta < 1, true otherwise, also
+  /// without rows.
   bool AdjustOffDiagCorr(double delta);
 
   /// For each i with a diagonal element <= 0 in this or the other matrix, zeroes row and column i
@@ -160,7 +168,8 @@ public:
   /// @}
   /// \name Rank-one and cross-product updates
   /// A whole row i is skipped where its multiplier x[i] is 0: design rows of factors are mostly
-  /// zeros. So there a zero doesn't meet an infinity; a NaN is not skipped.
+  /// zeros. So there a zero doesn't meet an infinity; a NaN is not skipped. UpdateXXSparse, whose
+  /// rows come without their zeros, and ComputeRByRTrans skip nothing.
   /// @{
 
   /// S += w x x', each element (i, j), j <= i, as t = w * x[i], then t * x[j]. False unless x has n
@@ -188,7 +197,8 @@ public:
   /// Becomes R'R in 1 block, with as many rows as R has columns. False if R is invalid.
   bool ComputeRTransByR(const MCRectMatrix& R);
 
-  /// Becomes R R' in 1 block, with as many rows as R. False if R is invalid.
+  /// Becomes R R' in 1 block, with as many rows as R; each element is a DotProductRows of R. False
+  /// if R is invalid.
   bool ComputeRByRTrans(const MCRectMatrix& R);
 
   /// @}
@@ -263,10 +273,12 @@ public:
   double SquareRootVSV(const std::vector<double>& V) const;
 
   /// @}
-  /// \name Matrix products. Those with an expanded or intermediate row allocate n doubles for it.
+  /// \name Matrix products. Those with an expanded or intermediate row allocate n doubles for it,
+  /// ComputeGMG and those whose output is an operand a whole matrix.
   /// @{
 
-  /// out = S'S. An output of n rows keeps its blocks, another is sized to n rows in 1 block.
+  /// out = S'S, skipping zeros as UpdateXX with each row of S. An output of n rows keeps its
+  /// blocks, another is sized to n rows in 1 block. False for an invalid matrix.
   bool ComputeSTransS(MCSymMatrix& out) const;
 
   /// out = S T, n by n. False if row counts differ.
