@@ -700,6 +700,16 @@ TEST(MCGLMModelRow, ResidualsOfManyRowsKeepTheirOrderHoweverTheyAreTaken) {
   }
 }
 
+TEST(MCGLMModelRow, ResidualsAreMeasuredAgainstTheMeanThatHeldWhenTheyCame) {
+  LinearModel model(RegressionDesign(0, {}, {}));
+  ASSERT_TRUE(model.Accumulate({{1}, {3}}).IsOK());
+  ASSERT_TRUE(model.fModel.BuildModel().IsOK());
+  model.fModel.AddResidual(std::vector<double>{6}.data());  // off the estimate and the mean by 4
+  model.fModel.SetDepMeanAndTotalW(100.0, 2.0);
+  ASSERT_TRUE(model.fModel.FinishErrors().IsOK());
+  EXPECT_EQ(model.fModel.GetMultipleRSquare(), 0.0) << "no better than the mean of 2";
+}
+
 TEST(MCGLMModelRow, ResidualsNeedABuiltModelARowAndNoCancel) {
   ScriptedCancel never;
   LinearModel model(RegressionDesign(0, {}, {}).CancelledBy(never));

@@ -167,6 +167,7 @@ bool MCGLMModel::IsPlainCopy(std::size_t column) const {
 }
 
 void MCGLMModel::SetDepMeanAndTotalW(double mean, double totalW) {
+  TakeHeldRows();  // they came under the mean of before
   fDepMean = mean;
   fTotalWeight = totalW;
 }
