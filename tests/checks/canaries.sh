@@ -29,7 +29,7 @@ must_fail "a double that no int holds, by the undefined behaviour sanitizer" "$s
 # The flags of the preset are those proved above.
 grep -q '"MCSTAT_SANITIZE": "address,undefined,float-cast-overflow"' CMakePresets.json
 grep -q 'no-sanitize-recover=all' cmake/mcstatoptions.cmake
-grep -q -- '-fsanitize=address,undefined,float-cast-overflow' build/asan/build.ninja
+grep -q -- '-fsanitize=address,undefined,float-cast-overflow' build/instrumented/build.ninja
 
 copy_tree() {
   rm -rf "$scratch/tree"
