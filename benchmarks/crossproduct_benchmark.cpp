@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Cross-products of 4096 dense rows, and of as many rows with few non-zeros, in a packed triangle.
-#include "mcmath/mccrossproduct.h"
+#include "mcmath/detail/mccrossproduct.h"
 
 #include <Eigen/Dense>
 #include <benchmark/benchmark.h>

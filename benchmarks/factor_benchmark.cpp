@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Sweep and Cholesky of cross-product matrices, against LAPACK. Each run works on a fresh copy; the
 // peers copy as well.
+#include "mcmath/detail/mcsweeprows.h"
 #include "mcmath/mcbitset.h"
-#include "mcmath/mcsweeprows.h"
 #include "mcmath/mcsymmatrix.h"
 
 #include <Eigen/Dense>

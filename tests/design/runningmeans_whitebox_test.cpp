@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/design/runningmeans.h"
+#include "regression/design/detail/runningmeans.h"
 
 #include <gtest/gtest.h>
 
@@ -47,7 +47,7 @@ TEST(RunningMeans, AreTheSameToTheBitAtEveryVectorWidth) {
         const std::vector<double> values = Values(n, 1000 * r + static_cast<unsigned>(n));
         const double weight = 0.1 + r;
         total += weight;
-        detail::UpdateRunningMeans(values.data(), means.data(), n, total, weight, path);
+        MCCommon::detail::UpdateRunningMeans(values.data(), means.data(), n, total, weight, path);
         for (std::size_t i = 0; i < n; ++i) {
           // One operation a statement, so that none can be regrouped or fused.
           const volatile double difference = values[i] - expected[i];

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/frame/mcconst.h"
 
+#include "regression/frame/detail/mcnumericcast.h"
 #include "regression/frame/mcmv.h"
-#include "regression/frame/mcnumericcast.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/frame/mcnumericcast.h"
+#include "regression/frame/detail/mcnumericcast.h"
 
 #include <gtest/gtest.h>
 

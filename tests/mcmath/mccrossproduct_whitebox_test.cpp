@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/detail/makekernels.h"
+#include "mcmath/detail/mccrossproduct.h"
 #include "mcmath/detail/vectorkernels.h"
-#include "mcmath/mccrossproduct.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/mcsweeprows.h"
 #include "mcmath/mcbitset.h"
-#include "mcmath/mcsweeprows.h"
 #include "mcmath/mcsymmatrix.h"
 
 #include <gtest/gtest.h>

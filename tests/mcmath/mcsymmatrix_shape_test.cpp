@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 #include "support/countingallocator.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/mcdot.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/detail/rowkernels.h"
 #include "mcmath/detail/vectorkernels.h"
+#include "mcmath/detail/vectorpath.h"
 #include "mcmath/mcbitset.h"
-#include "mcmath/mcdot.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
-#include "mcmath/vectorpath.h"
 
 #include <gtest/gtest.h>
 

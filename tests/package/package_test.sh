@@ -27,7 +27,10 @@ case $way in
     rm -rf "$prefix"
     cmake --install "$build" --prefix "$prefix"
     # Nothing that the library hides is installed, and no header needs what isn't.
-    ! find "$prefix/include" -path '*detail*' | grep .
+    if find "$prefix/include" -path '*detail*' | grep . ||
+      grep -rn '#include ".*detail/' "$prefix/include"; then
+      exit 1
+    fi
     ;;
   find_package) build_consumer -DCMAKE_PREFIX_PATH="$prefix" ;;
   too_new_version)

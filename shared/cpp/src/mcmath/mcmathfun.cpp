@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcmathfun.h"
 
-#include "mcmath/mcdot.h"
-#include "mcmath/mcparametertransform.h"
-#include "mcmath/packedtriangle.h"
+#include "mcmath/detail/mcdot.h"
+#include "mcmath/detail/mcparametertransform.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>

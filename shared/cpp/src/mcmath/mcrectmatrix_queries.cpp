@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/mcdot.h"
 #include "mcmath/mcbitset.h"
-#include "mcmath/mcdot.h"
 #include "mcmath/mcmathfun.h"
 #include "mcmath/mcrectmatrix.h"
 #include "regression/frame/mcmv.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcsymmatrix.h"
 
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcrectmatrix.h"
-#include "mcmath/packedtriangle.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcpower.h"
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/mcdot.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcbitset.h"
-#include "mcmath/mcdot.h"
 #include "mcmath/mcmathfun.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/mcdot.h"
+#include "mcmath/detail/mcdot.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 
 namespace MCCommonMath {
 

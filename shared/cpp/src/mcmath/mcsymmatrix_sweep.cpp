@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/detail/sweepsteps.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 
 #include <algorithm>
 #include <cassert>

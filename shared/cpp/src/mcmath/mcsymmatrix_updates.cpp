@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/mccrossproduct.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcbitset.h"
-#include "mcmath/mccrossproduct.h"
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcsymmatrixdata.h"
 
-#include "mcmath/packedtriangle.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/frame/mcmv.h"
 

@@ -5,8 +5,8 @@
 // of the Cholesky factorisation.
 
 #include "mcmath/detail/lanes.h"
+#include "mcmath/detail/mcdot.h"
 #include "mcmath/detail/vectorkernels.h"
-#include "mcmath/mcdot.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcfactorcounts.h"
 
+#include "regression/design/detail/mcfactorcounts_rows.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>

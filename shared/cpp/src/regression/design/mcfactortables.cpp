@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcfactortables.h"
 
-#include "regression/design/runningmeans.h"
+#include "regression/design/detail/mccellindex.h"
+#include "regression/design/detail/mcfactorcounts_rows.h"
+#include "regression/design/detail/runningmeans.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>
@@ -185,8 +187,9 @@ bool MCFactorTables::UpdateLocalEffects() {
 void MCFactorTables::UpdateCovariateMeans(const double* row, double weight) {
   const std::size_t n = fCovariateIndices.size();
   for (std::size_t i = 0; i < n; ++i) fCovariateValues[i] = row[fCovariateIndices[i]];
-  detail::UpdateRunningMeans(fCovariateValues.data(), fCovariateMeans.data(), n, fTotalRegrWeight,
-                             weight, MCCommonMath::detail::WidestVectorPath());
+  MCCommon::detail::UpdateRunningMeans(fCovariateValues.data(), fCovariateMeans.data(), n,
+                                       fTotalRegrWeight, weight,
+                                       MCCommonMath::detail::WidestVectorPath());
 }
 
 bool MCFactorTables::UpdateHashtable(MCHashtable<int>* table, HashPairs* pairs, MCHashKey& key) {

@@ -3,13 +3,18 @@
 
 #include "mcmath/mchashkey.h"
 #include "mcmath/mchashtable.h"
-#include "regression/design/mccellindex.h"
 #include "regression/design/mcfactorcounts.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+namespace MCCommon {
+namespace detail {
+class MCCellIndex;
+}
+}  // namespace MCCommon
 
 /// Numbers the parameters of a design from the data, and finds those of a row. In one pass over
 /// the valid rows it records which combinations of factor levels occur in each model effect;
@@ -194,7 +199,7 @@ private:
   double fTotalRegrWeight = 0.0;
   double fSampleSize = 0.0;
 
-  std::vector<detail::MCCellIndex> fCells;  // per local effect
-  std::vector<double> fCovariateValues;     // of the current row, side by side
-  std::int64_t fSizeToUpdate;               // values that a record must have for UpdateAll()
+  std::vector<MCCommon::detail::MCCellIndex> fCells;  // per local effect
+  std::vector<double> fCovariateValues;               // of the current row, side by side
+  std::int64_t fSizeToUpdate;  // values that a record must have for UpdateAll()
 };

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/linear/mcglmalgorithm.h"
 
+#include "regression/frame/detail/mcnumericcast.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/frame/mcmv.h"
-#include "regression/frame/mcnumericcast.h"
 
 #include <algorithm>
 #include <utility>

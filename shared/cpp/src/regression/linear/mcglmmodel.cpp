@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/linear/mcglmmodel.h"
 
-#include "mcmath/mccrossproduct.h"
+#include "mcmath/detail/mccrossproduct.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>

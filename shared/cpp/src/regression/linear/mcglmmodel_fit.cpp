@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/mccrossproduct.h"
-#include "mcmath/mcsweeprows.h"
+#include "mcmath/detail/mccrossproduct.h"
+#include "mcmath/detail/mcsweeprows.h"
 #include "regression/linear/mcglmmodel.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/mccrossproduct.h"
-#include "regression/frame/mcnumericcast.h"
+#include "mcmath/detail/mccrossproduct.h"
+#include "regression/frame/detail/mcnumericcast.h"
 #include "regression/linear/mcglmmodel.h"
 
 #include <algorithm>

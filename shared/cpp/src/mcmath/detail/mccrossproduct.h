@@ -2,7 +2,7 @@
 #pragma once
 
 #include "mcmath/detail/vectorkernels.h"
-#include "mcmath/vectorpath.h"
+#include "mcmath/detail/vectorpath.h"
 
 #include <cstddef>
 #include <vector>

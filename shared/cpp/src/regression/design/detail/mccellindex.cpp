@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/design/mccellindex.h"
+#include "regression/design/detail/mccellindex.h"
 
+namespace MCCommon {
 namespace detail {
 
 MCCellIndex::MCCellIndex(const std::vector<int>& factors, const std::vector<int>& nCategories) {
@@ -16,3 +17,4 @@ MCCellIndex::MCCellIndex(const std::vector<int>& factors, const std::vector<int>
 }
 
 }  // namespace detail
+}  // namespace MCCommon

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <vector>
 
+namespace MCCommon {
 namespace detail {
 
 /// Finds the parameter of a combination of factor levels without hashing: a grid with one place
@@ -56,3 +57,4 @@ private:
 };
 
 }  // namespace detail
+}  // namespace MCCommon

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/design/runningmeans.h"
+#include "regression/design/detail/runningmeans.h"
 
 #include <cmath>
 #include <limits>
@@ -34,6 +34,7 @@ namespace {
 
 }  // namespace
 
+namespace MCCommon {
 namespace detail {
 
 void UpdateRunningMeans(const double* values, double* means, std::size_t n, double total,
@@ -50,3 +51,4 @@ void UpdateRunningMeans(const double* values, double* means, std::size_t n, doub
 }
 
 }  // namespace detail
+}  // namespace MCCommon

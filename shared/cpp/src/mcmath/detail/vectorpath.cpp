@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/vectorpath.h"
+#include "mcmath/detail/vectorpath.h"
 
 #include "mcmath/detail/vectorkernels.h"
 

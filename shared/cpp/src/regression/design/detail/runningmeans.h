@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "mcmath/vectorpath.h"
+#include "mcmath/detail/vectorpath.h"
 
 #include <cstddef>
 
+namespace MCCommon {
 namespace detail {
 
 /// Moves `n` running weighted means on by one row: mean m becomes (x - m) / total * weight + m for
@@ -16,3 +17,4 @@ void UpdateRunningMeans(const double* values, double* means, std::size_t n, doub
                         double weight, MCCommonMath::detail::VectorPath path);
 
 }  // namespace detail
+}  // namespace MCCommon

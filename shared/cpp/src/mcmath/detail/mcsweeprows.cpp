@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/mcsweeprows.h"
+#include "mcmath/detail/mcsweeprows.h"
 
 #include "mcmath/detail/aligned.h"
+#include "mcmath/detail/packedtriangle.h"
 #include "mcmath/detail/sweepsteps.h"
 #include "mcmath/detail/vectorkernels.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
-#include "mcmath/packedtriangle.h"
 
 #include <algorithm>
 #include <cstddef>

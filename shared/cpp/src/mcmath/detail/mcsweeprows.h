@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "mcmath/vectorpath.h"
+#include "mcmath/detail/vectorpath.h"
 
 #include <functional>
 #include <vector>

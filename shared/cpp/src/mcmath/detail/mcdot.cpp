@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/mcdot.h"
+#include "mcmath/detail/mcdot.h"
 
 namespace MCCommonMath {
 namespace detail {

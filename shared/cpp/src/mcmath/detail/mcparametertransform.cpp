@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcmath/mcparametertransform.h"
+#include "mcmath/detail/mcparametertransform.h"
 
 #include <algorithm>
 
