@@ -176,6 +176,25 @@ TEST(MCGLMOutputStats, ARowThatCannotBeScoredLeavesTheVectorAlone) {
   }
 }
 
+// Where memory ran out when the dependent was set, the settings keep all positions and forget all
+// roles, and the validator accepts records of any length.
+TEST(MCGLMOutputStats, ARecordThatEndsBeforeAForgottenRoleCannotBeExpanded) {
+  RegressionDesign design = RegressionDesign(-1, {{1, 3}}, {2}).Effect({1}).Effect({}, {2});
+  {
+    const mctest::FailAllocation failure(1);
+    ASSERT_FALSE(design.Settings().SetDependent(3));
+  }
+  const Built built(std::move(design), {{9, 0, 0, 1}, {9, 0, 1, 3}, {9, 2, 0, 4}, {9, 2, 2, 8}});
+  for (const std::vector<double>& values : Rows{{}, {9}, {9, 2}}) {
+    std::vector<double> row = {99};
+    EXPECT_FALSE(built.fStats->ExpandRow(MakeRecord(values), row));
+    EXPECT_THAT(row, ElementsAre(99));
+  }
+  std::vector<double> row;
+  EXPECT_TRUE(built.fStats->ExpandRow(MakeRecord({9, 2, 7}), row));
+  EXPECT_THAT(row, ElementsAre(1, 0, 1, 7));
+}
+
 TEST(MCGLMOutputStats, AnUnseenLevelAnswersFalseWithTheOtherEffectsFilled) {
   const Built built(Design());
   for (const double level : {1.0, 3.0}) {  // 3 is one above the last category

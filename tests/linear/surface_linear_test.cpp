@@ -76,6 +76,8 @@ static_assert(Is<Pass>(&MCGLMAlgorithm::FillDesignMatrix));
 static_assert(Is<Pass>(&MCGLMAlgorithm::ComputeResiduals));
 static_assert(
     Is<MCStatus (MCGLMAlgorithm::*)(const Record&, double&) const>(&MCGLMAlgorithm::Score));
+static_assert(
+    Is<bool (MCGLMAlgorithm::*)(const Record&) const>(&MCGLMAlgorithm::ReachesPredictors));
 static_assert(Is<bool (MCGLMAlgorithm::*)() const>(&MCGLMAlgorithm::IsDataProcessed));
 static_assert(Is<bool (MCGLMAlgorithm::*)() const>(&MCGLMAlgorithm::IsModelBuilt));
 static_assert(Is<const Doubles& (MCGLMAlgorithm::*)() const>(&MCGLMAlgorithm::GetMeanValues));

@@ -170,7 +170,7 @@ MCStatus MCGLMAlgorithm::Score(const Record& record, double& value) const {
   if (fStatus.IsError()) return fStatus.Get();
   if (fCancel.WillCancel()) return MCStatus(MCCommon::MCS_CANCELLED, false);
   if (!fbModelBuilt) return MCStatus(MCCommon::MCS_NOT_BUILT, false);
-  if (record.Size() < fScoringSize) {
+  if (!ReachesPredictors(record)) {
     value = MCMV::gMissingValue;
     return MCStatus(MCCommon::MCS_RECORD_SHORT, false);
   }

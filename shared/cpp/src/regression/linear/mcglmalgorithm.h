@@ -70,6 +70,13 @@ public:
   /// covariate. None of these is stored.
   MCCommon::MCStatus Score(const MCCommon::Record& record, double& value) const;
 
+  /// Whether the record has a value at each position of the settings' factors and covariates.
+  /// GetRecordValidator() goes by the roles of positions, which settings forget where memory runs
+  /// out; this goes by the positions.
+  bool ReachesPredictors(const MCCommon::Record& record) const {
+    return record.Size() >= fScoringSize;
+  }
+
   bool IsDataProcessed() const { return fbDataProcessed; }
   bool IsModelBuilt() const { return fbModelBuilt; }
   bool AreParamsCreated() const { return fModel.AreParamsCreated(); }

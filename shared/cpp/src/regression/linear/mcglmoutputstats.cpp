@@ -78,6 +78,7 @@ bool MCGLMOutputStats::MCGLMOutStatsImpl::ExpandRow(const MCCommon::Record& reco
                                                     std::vector<double>& row) const {
   MCCommon::MCStatus reason;
   if (!fAlgorithm->GetRecordValidator().IsValid4Scoring(record, reason)) return false;
+  if (!fAlgorithm->ReachesPredictors(record)) return false;
   row.assign(fParameters.size(), 0.0);
   return fAlgorithm->GetModel().ExpandRow(row, record.GetAll());
 }
