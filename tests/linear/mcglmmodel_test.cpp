@@ -603,6 +603,32 @@ TEST(MCGLMModelRow, OffsetsMapTheSettingsVariablesToPositionsOfTheRow) {
   EXPECT_EQ(model.fModel.ComputeDesignRowValue(std::vector<double>{1, 6, 2, 0}.data(), parameter),
             0.0)
       << "lists that are too short leave variables unknown";
+  model.fModel.SetOffsets({2, -1}, {1}, -1, -1, 3);
+  const std::vector<double> inFrontOfTheRow = {1, 1, 6, 2, 0};
+  EXPECT_EQ(model.fModel.ComputeDesignRowValue(inFrontOfTheRow.data() + 1, parameter), 0.0)
+      << "and so do negative positions";
+}
+
+TEST(MCGLMModelRow, NewOffsetsHoldForLaterRows) {
+  const std::vector<double> row = {2, 1, 1, 5, 7};
+  RegressionDesign (*const designs[])() = {
+      [] { return RegressionDesign(0, {}, {3}).Effect({}, {3}); },
+      [] { return TwoFactors().Effect({1}).Effect({}, {3}); },
+  };
+  for (const auto& design : designs) {
+    LinearModel model(design());
+    ASSERT_TRUE(model.Accumulate({row}).IsOK());
+    std::vector<double> expanded(static_cast<std::size_t>(model.fModel.GetNParameters()) + 1);
+    model.fModel.SetOffsets(model.Settings().GetFactors(), {4}, -1, -1, 3);
+    EXPECT_TRUE(model.fModel.ExpandRow(expanded, row.data()));
+    EXPECT_EQ(expanded.back(), 5.0);
+    EXPECT_EQ(expanded[expanded.size() - 2], 7.0);
+    EXPECT_TRUE(model.fModel.UpdateZPrimeZ(row.data()));
+    const MCCommonMath::MCSymMatrix& matrix = *model.fModel.GetZPrimeZ();
+    const int last = matrix.GetNRows() - 1;
+    EXPECT_EQ(matrix.GetElem(last, last), 2.0 * 2.0 + 5.0 * 5.0);
+    EXPECT_EQ(matrix.GetElem(last - 1, last - 1), 5.0 * 5.0 + 7.0 * 7.0);
+  }
 }
 
 TEST(MCGLMModelRow, IsAddedOnlyBetweenCreationAndBuild) {

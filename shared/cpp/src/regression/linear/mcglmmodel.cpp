@@ -44,6 +44,7 @@ void MCGLMModel::SetOffsets(const std::vector<int>& factors, const std::vector<i
   for (std::size_t i = 0; i < variables.size() && i < covariates.size(); ++i) {
     fCovariateLookup[static_cast<std::size_t>(variables[i])] = covariates[i];
   }
+  if (fParamsCreated) CompileColumns();
 }
 
 MCStatus MCGLMModel::CreateParameters(MCFactorTables* factorTables) {
@@ -108,7 +109,6 @@ MCStatus MCGLMModel::PrepareRows() {
   std::unique_ptr<MCSymMatrix> matrix(new (std::nothrow) MCSymMatrix(nRows));
   if (matrix == nullptr || !matrix->IsValidMatrix()) return FailForSize(0);
   CompileColumns();
-  CompileFixedRow();
   fDesignRow.assign(static_cast<std::size_t>(nRows), 0.0);
   fRowColumns.assign(fDesignRow.size(), 0);
   fRowValues.assign(fDesignRow.size(), 0.0);
@@ -134,6 +134,7 @@ void MCGLMModel::CompileColumns() {
     fTermBegin.push_back(fTerms.size());
   }
   fbReadsRow = fFactorTables->GetNFactors() > 0 || !fTerms.empty();
+  CompileFixedRow();
 }
 
 // Without factors in the effects the column of an effect is its number, whatever the row.

@@ -52,6 +52,9 @@ public:
 
   /// Tells where in a row the settings' factors and covariates stand, in the settings' order, and
   /// the weights and the dependent; a negative weight position means that there is no such weight.
+  /// A factor or covariate without a position, or with a negative one, is unknown. Called again it
+  /// holds for the rows from then on. The factor positions are those of ComputeDesignRowValue()
+  /// alone: where the other operations find a row's factors is what the factor tables were told.
   void SetOffsets(const std::vector<int>& factors, const std::vector<int>& covariates,
                   int freqWeight, int regrWeight, int dependent);
 
@@ -76,11 +79,11 @@ public:
 
   /// Writes the design row: for each model effect the value of the one column that the row
   /// selects, 0.0 in all others, and the dependent in entry GetNParameters() if the vector has
-  /// one; otherwise the dependent isn't read. The vector's size stays. Its last entry is written
-  /// only where a column or the dependent falls on it, so a vector of GetNParameters() entries
-  /// comes with 0.0 there. False if a combination of factor levels was not seen in the fit, with
-  /// the columns of the other effects written. False, and nothing written, for a null row that
-  /// would have to be read, and before CreateParameters().
+  /// one; otherwise the dependent isn't read. `row` must not lie in the vector, whose size stays.
+  /// Its last entry is written only where a column or the dependent falls on it, so a vector of
+  /// GetNParameters() entries comes with 0.0 there. False if a combination of factor levels was not
+  /// seen in the fit, with the columns of the other effects written. False, and nothing written,
+  /// for a null row that would have to be read, and before CreateParameters().
   bool ExpandRow(std::vector<double>& designRow, const double* row) const;
 
   /// Value of a parameter's column for a row whose factor levels select it: the product of its

@@ -43,9 +43,10 @@ bool MCGLMModel::HasCategories(const double* row, const MCRegrParameter& paramet
   for (std::size_t i = 0; i < parameter.GetFactors().size(); ++i) {
     const auto found = std::find(variables.begin(), variables.end(), parameter.GetFactors()[i]);
     const auto factor = static_cast<std::size_t>(found - variables.begin());
-    const bool isKnown = found != variables.end() && factor < fFactorOffsets.size();
-    if (!isKnown || i >= categories.size()) return false;
-    const double code = row[fFactorOffsets[factor]];
+    if (factor >= fFactorOffsets.size() || i >= categories.size()) return false;
+    const int position = found == variables.end() ? -1 : fFactorOffsets[factor];
+    if (position < 0) return false;
+    const double code = row[position];
     if (MCCommon::detail::TruncateToInt(0.5 + code) != categories[i]) return false;
   }
   return true;
