@@ -23,9 +23,11 @@ With code 316, discrete datum 1 is the position in the record and scale datum 1 
 | Code | Name | Severity | Meaning |
 |---|---|---|---|
 TEXT
-  printf '#define MC_STATUS_CODE(code, name, severity, text) | code | `name` | severity | text |\n%s\n' \
-    '#include "regression/frame/mcstatuscodes.inc"' |
-    c++ -E -P -Ishared/cpp/src -x c++ - | grep '^|' |
+  c++ -E -P -Ishared/cpp/src -x c++ - <<'CODE' |
+#define MC_STATUS_CODE(code, name, severity, text) | code | `name` | severity | text |
+#include "regression/frame/mcstatuscodes.inc"
+CODE
+    grep '^|' |
     sed -E 's/\| ERROR \|/| error |/; s/\| WARNING \|/| warning |/; s/"//g; s/ +/ /g'
 }
 if [ "${1:-}" = --update ]; then
