@@ -3,6 +3,5 @@
 # Fails if a C++ file of the tree, or of the folder given, is not formatted as .clang-format says.
 set -euo pipefail
 cd "${1:-$(dirname "$0")/..}"
-find shared tests benchmarks examples fuzz -name build -prune -o \
-  \( -name '*.h' -o -name '*.cpp' \) -print0 2>/dev/null |
+find . \( -name build -o -name .git \) -prune -o \( -name '*.h' -o -name '*.cpp' \) -print0 |
   xargs -0 clang-format --dry-run --Werror

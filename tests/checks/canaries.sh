@@ -18,13 +18,32 @@ must_fail() { # WHAT COMMAND...
   echo "caught: $what"
 }
 
+must_pass() { # the same without the canary, so that the canary alone is what is caught
+  if ! "$@" >"$scratch/log" 2>&1; then
+    echo "Fails without a canary: $*"
+    cat "$scratch/log"
+    exit 1
+  fi
+}
+
 sanitizers=-fsanitize=address,undefined,float-cast-overflow
-compile() { c++ -std=c++17 "$sanitizers" -fno-sanitize-recover=all -x c++ - -o "$scratch/canary"; }
-compile <<<'int main(int n, char**) { int* a = new int[4](); int v = a[n + 3]; delete[] a; return v; }'
+compile() {
+  cat >"$scratch/canary.cpp"
+  c++ -std=c++17 "$scratch/canary.cpp" -o "$scratch/plain"
+  must_pass "$scratch/plain"
+  c++ -std=c++17 "$sanitizers" -fno-sanitize-recover=all "$scratch/canary.cpp" -o "$scratch/canary"
+}
+compile <<'CODE'
+int main(int n, char**) { int* a = new int[4](); volatile int v = a[n + 3]; delete[] a; return v * 0; }
+CODE
 must_fail "a read past the end, by the address sanitizer" "$scratch/canary"
-compile <<<'int main(int n, char**) { return 2147483647 + n > 0 ? 0 : 0; }'
+compile <<'CODE'
+int main() { volatile int v = 2147483647; v = v + 1; return 0; }
+CODE
 must_fail "a signed overflow, by the undefined behaviour sanitizer" "$scratch/canary"
-compile <<<'int main(int n, char**) { double d = 1e300 * n; return static_cast<int>(d) > 0 ? 0 : 0; }'
+compile <<'CODE'
+int main() { volatile double d = 1e300; volatile int v = static_cast<int>(d); return v * 0; }
+CODE
 must_fail "a double that no int holds, by the undefined behaviour sanitizer" "$scratch/canary"
 # The flags of the preset are those proved above.
 grep -q '"MCSTAT_SANITIZE": "address,undefined,float-cast-overflow"' CMakePresets.json
@@ -37,6 +56,8 @@ copy_tree() {
   cp -r shared cmake scripts .clang-format "$scratch/tree"
 }
 copy_tree
+must_pass scripts/check-format.sh "$scratch/tree"
+must_pass scripts/check-floors.py "$scratch/tree"
 frame=$scratch/tree/shared/cpp/src/regression/frame
 printf 'int  f( ){return 1 ;}\n' >"$frame/canary.cpp"
 must_fail "a badly formatted file" scripts/check-format.sh "$scratch/tree"
@@ -52,8 +73,9 @@ rm "$frame/canary.h"
 echo 'regression/component -> mcmath' >>"$scratch/tree/cmake/floors.txt"
 must_fail "an edge that is listed and not used" scripts/check-floors.py "$scratch/tree"
 
-copy_tree
 library=build/release/shared/cpp/src/libmcstat.so
+copy_tree
+must_pass "$scratch/tree/scripts/check-symbols.sh" "$PWD/$library"
 echo 'MCGone::Vanished()' >>"$scratch/tree/cmake/symbols.txt"
 must_fail "a symbol that is gone" \
   "$scratch/tree/scripts/check-symbols.sh" "$PWD/$library"
