@@ -7,6 +7,7 @@
 #include "regression/component/mcregfactory.h"
 #include "regression/interface/imcregcomponent.h"
 #include "regression/interface/imcregoutputstats.h"
+#include "support/exacttype.h"
 
 #include <gtest/gtest.h>
 
@@ -17,15 +18,10 @@
 
 namespace {
 
-// Whether the operation has exactly the type F.
-template <class F, class G>
-constexpr bool Is(G /*operation*/) {
-  return std::is_same_v<F, G>;
-}
-
 using MCCommon::MCStatus;
 using MCCommon::MultiPassRecordIter;
 using MCCommon::Record;
+using mctest::Is;
 using Doubles = std::vector<double>;
 using Parameters = std::vector<MCRegrParameter>;
 using Statuses = std::vector<MCStatus>;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcfactorcounts.h"
 #include "regression/design/mcfactortables.h"
+#include "support/exacttype.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +12,12 @@
 // Every public operation with its exact type: what is missing or misnamed doesn't compile.
 namespace {
 
+using mctest::Is;
 using Ints = std::vector<int>;
 using Counts = std::vector<std::pair<double, double>>;
 using Pairs = std::vector<const MCCommonMath::MCHashPair<int>*>;
 using Table = MCCommonMath::MCHashtable<int>;
 using Key = MCCommonMath::MCHashKey;
-
-template <class Expected, class Actual>
-constexpr bool Is(Actual) {
-  return std::is_same_v<Expected, Actual>;
-}
 
 using C = MCFactorCounts;
 static_assert(std::is_same_v<C::CategoryCounts, Counts>);

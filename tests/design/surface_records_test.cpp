@@ -6,6 +6,7 @@
 #include "regression/design/mcregrecordvalidator.h"
 #include "regression/design/mcregrparameter.h"
 #include "regression/design/mcregrparameterstats.h"
+#include "support/exacttype.h"
 
 #include <type_traits>
 #include <utility>
@@ -13,12 +14,7 @@
 
 namespace {
 
-// Whether the operation has exactly the type F.
-template <class F, class G>
-constexpr bool Is(G /*operation*/) {
-  return std::is_same_v<F, G>;
-}
-
+using mctest::Is;
 using Ints = std::vector<int>;
 using Roles = std::vector<MCConst::MCVariableType>;
 using MCCommon::MCStatus;

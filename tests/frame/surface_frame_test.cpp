@@ -15,6 +15,7 @@
 #include "regression/frame/progressreportvect.h"
 #include "regression/frame/record.h"
 #include "regression/frame/recorditerator.h"
+#include "support/exacttype.h"
 
 #include <gtest/gtest.h>
 
@@ -22,17 +23,12 @@
 
 namespace {
 
-// Whether the operation has exactly the type F.
-template <class F, class G>
-constexpr bool Is(G /*operation*/) {
-  return std::is_same_v<F, G>;
-}
-
 using MCCommon::BinaryRecordIterator;
 using MCCommon::MCStatus;
 using MCCommon::MultiPassRecordIter;
 using MCCommon::Record;
 using MCCommon::RecordIterator;
+using mctest::Is;
 
 static_assert(std::is_default_constructible_v<MCStatus>);
 static_assert(std::is_constructible_v<MCStatus, long, bool>);

@@ -5,6 +5,7 @@
 #include "regression/linear/mcglmalgorithm.h"
 #include "regression/linear/mcglmmodel.h"
 #include "regression/linear/mcglmoutputstats.h"
+#include "support/exacttype.h"
 
 #include <gtest/gtest.h>
 
@@ -13,17 +14,12 @@
 
 namespace {
 
-// Whether the operation has exactly the type F.
-template <class F, class G>
-constexpr bool Is(G /*operation*/) {
-  return std::is_same_v<F, G>;
-}
-
 using MCCommon::MCStatus;
 using MCCommon::MultiPassRecordIter;
 using MCCommon::Record;
 using MCCommonMath::MCBitSet;
 using MCCommonMath::MCSymMatrix;
+using mctest::Is;
 using Ints = std::vector<int>;
 using Doubles = std::vector<double>;
 using Parameters = std::vector<MCRegrParameter>;

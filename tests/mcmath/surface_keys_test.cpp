@@ -6,6 +6,7 @@
 #include "mcmath/mchashpair.h"
 #include "mcmath/mchashtable.h"
 #include "mcmath/mcpackedint.h"
+#include "support/exacttype.h"
 
 #include <gtest/gtest.h>
 
@@ -15,13 +16,9 @@
 #include <vector>
 
 namespace {
+using mctest::Is;
 using namespace MCCommonMath;
 using Ints = std::vector<int>;
-
-template <class Expected, class Actual>
-constexpr bool Is(Actual /*member*/) {
-  return std::is_same_v<Expected, Actual>;
-}
 
 static_assert(std::is_default_constructible_v<MCBitSet>);
 static_assert(std::is_constructible_v<MCBitSet, int>);

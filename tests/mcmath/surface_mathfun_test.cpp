@@ -5,6 +5,7 @@
 #include "mcmath/mcextremenum.h"
 #include "mcmath/mcmathfun.h"
 #include "mcmath/mcpower.h"
+#include "support/exacttype.h"
 
 #include <gtest/gtest.h>
 
@@ -13,14 +14,10 @@
 #include <vector>
 
 namespace {
+using mctest::Is;
 using namespace MCCommonMath;
 using Doubles = std::vector<double>;
 using Ints = std::vector<int>;
-
-template <class Expected, class Actual>
-constexpr bool Is(Actual /*member*/) {
-  return std::is_same_v<Expected, Actual>;
-}
 
 using Reduce = double (*)(int, const Doubles&, int, int);
 using Dot = double (*)(int, const Doubles&, int, int, const Doubles&, int, int);

@@ -5,18 +5,14 @@
 #include "regression/settings/mclogregsettings.h"
 #include "regression/settings/mcmodeleffect.h"
 #include "regression/settings/mcregsettings.h"
+#include "support/exacttype.h"
 
 #include <type_traits>
 #include <vector>
 
 namespace {
 
-// Whether the operation has exactly the type F.
-template <class F, class G>
-constexpr bool Is(G /*operation*/) {
-  return std::is_same_v<F, G>;
-}
-
+using mctest::Is;
 using Ints = std::vector<int>;
 using Effects = std::vector<MCModelEffect>;
 using MCCommon::MCStatus;
