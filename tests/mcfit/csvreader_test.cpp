@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "csvreader.h"
 
-#include "errors.h"
+#include "mcfit/support/refusal.h"
 #include "mcfit/support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +9,6 @@
 
 namespace {
 using mcfit::CsvReader;
-using mcfit::InputError;
 using testing::HasSubstr;
 using Rows = std::vector<std::vector<std::string>>;
 
@@ -27,13 +26,8 @@ Rows Read(const std::string& text) {
 }
 
 std::string Refusal(const std::string& text) {
-  try {
-    Read(text);
-  } catch (const InputError& error) {
-    const std::string message = error.what();
-    return message.substr(message.rfind('/') + 1);
-  }
-  return "accepted";
+  const std::string message = RefusalOf([&] { Read(text); });
+  return message.substr(message.rfind('/') + 1);
 }
 
 TEST(McfitCsvReader, CellsAreReadWhateverEndsTheirLines) {
@@ -98,40 +92,18 @@ TEST(McfitCsvReader, BadFilesAreRefusedWithTheirLine) {
 }
 
 TEST(McfitCsvReader, AFileThatCannotBeReadIsNamed) {
-  EXPECT_THROW(
-      {
-        try {
-          const CsvReader reader("/nonexistent/data.csv");
-        } catch (const InputError& error) {
-          EXPECT_STREQ(error.what(),
-                       "cannot open '/nonexistent/data.csv': No such file or directory");
-          throw;
-        }
-      },
-      InputError);
-  EXPECT_THROW(
-      {
-        try {
-          const CsvReader reader("/tmp");
-        } catch (const InputError& error) {
-          EXPECT_STREQ(error.what(), "cannot read '/tmp': Is a directory");
-          throw;
-        }
-      },
-      InputError);
+  EXPECT_EQ(RefusalOf([] { const CsvReader reader("/nonexistent/data.csv"); }),
+            "cannot open '/nonexistent/data.csv': No such file or directory");
+  EXPECT_EQ(RefusalOf([] { const CsvReader reader("/tmp"); }),
+            "cannot read '/tmp': Is a directory");
 }
 
 TEST(McfitCsvReader, ColumnsAreFoundByNameIfThatIsPlain) {
   const TemporaryFolder folder;
   const CsvReader reader(folder.Write("data.csv", "a,b,c,b\n"));
   EXPECT_EQ(reader.ColumnIndex("c"), 2u);
-  const auto refusal = [&reader](const char* name) -> std::string {
-    try {
-      (void)reader.ColumnIndex(name);
-    } catch (const InputError& error) {
-      return error.what();
-    }
-    return "accepted";
+  const auto refusal = [&reader](const char* name) {
+    return RefusalOf([&] { static_cast<void>(reader.ColumnIndex(name)); });
   };
   EXPECT_THAT(refusal("d"),
               HasSubstr("there is no column 'd'; the columns are 'a', 'b', 'c', 'b'"));

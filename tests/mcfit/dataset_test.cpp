@@ -2,6 +2,7 @@
 #include "dataset.h"
 
 #include "errors.h"
+#include "mcfit/support/refusal.h"
 #include "mcfit/support/temporaryfolder.h"
 #include "recordsources.h"
 #include "regression/frame/binaryrecorditerator.h"
@@ -126,12 +127,8 @@ TEST(McfitDataset, AWordWhereANumberIsNeededIsRefusedWithItsPlace) {
       {"1,p,\" \",1,1", "line 3, column 'x': ' ' is not a finite number"},
   };
   for (const auto& c : cases) {
-    try {
-      const Reading reading(std::string("y,a,x,n,w\n1,p,1,1,1\n") + c.row + "\n");
-      ADD_FAILURE() << c.row;
-    } catch (const InputError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(c.message));
-    }
+    const std::string text = std::string("y,a,x,n,w\n1,p,1,1,1\n") + c.row + "\n";
+    EXPECT_THAT(RefusalOf([&] { const Reading reading(text); }), HasSubstr(c.message)) << c.row;
   }
 }
 
@@ -148,12 +145,8 @@ TEST(McfitDataset, NothingIsLeftInTheTemporaryFolder) {
 
 TEST(McfitDataset, AFolderThatCannotHoldTheRowFileIsNamed) {
   setenv("TMPDIR", "/nonexistent", 1);
-  try {
-    const mcfit::RowFile file;
-    ADD_FAILURE();
-  } catch (const InputError& error) {
-    EXPECT_THAT(error.what(), HasSubstr("the temporary row file in '/nonexistent': No such file"));
-  }
+  EXPECT_THAT(RefusalOf([] { const mcfit::RowFile file; }),
+              HasSubstr("the temporary row file in '/nonexistent': No such file"));
   unsetenv("TMPDIR");
 }
 

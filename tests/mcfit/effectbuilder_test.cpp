@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "effectbuilder.h"
 
-#include "errors.h"
+#include "mcfit/support/refusal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
 using mcfit::EffectBuilder;
-using mcfit::InputError;
 using mcfit::ParseEffects;
 using mcfit::RecordLayout;
 using testing::HasSubstr;
@@ -29,12 +28,7 @@ protected:
   }
 
   std::string Refusal(const std::string& text) const {
-    try {
-      fBuilder.BuildAll(ParseEffects(text));
-    } catch (const InputError& error) {
-      return error.what();
-    }
-    return "accepted";
+    return RefusalOf([&] { fBuilder.BuildAll(ParseEffects(text)); });
   }
 
   RecordLayout fLayout{Columns()};
@@ -112,13 +106,8 @@ TEST(McfitRecordLayout, RecordsHoldTheColumnsByRole) {
 }
 
 TEST(McfitRecordLayout, AColumnTakesOneRole) {
-  const auto refusal = [](const mcfit::ModelColumns& columns) -> std::string {
-    try {
-      const RecordLayout layout(columns);
-    } catch (const InputError& error) {
-      return error.what();
-    }
-    return "accepted";
+  const auto refusal = [](const mcfit::ModelColumns& columns) {
+    return RefusalOf([&] { const RecordLayout layout(columns); });
   };
   mcfit::ModelColumns columns;
   columns.dependent = "y";

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "effectparser.h"
 
-#include "errors.h"
+#include "mcfit/support/refusal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
 using mcfit::EffectExpression;
-using mcfit::InputError;
 using mcfit::ParseEffects;
 using mcfit::ParseNames;
 using testing::HasSubstr;
@@ -30,12 +29,7 @@ std::string Plain(const std::string& text) {
 }
 
 std::string Refusal(const std::string& text) {
-  try {
-    ParseEffects(text);
-  } catch (const InputError& error) {
-    return error.what();
-  }
-  return "accepted";
+  return RefusalOf([&] { ParseEffects(text); });
 }
 
 TEST(McfitEffectParser, EffectsAreRead) {
@@ -109,12 +103,8 @@ TEST(McfitNameList, NamesStandBetweenCommas) {
 }
 
 TEST(McfitNameList, AMistakeNamesTheOption) {
-  try {
-    ParseNames("a,,b", "--factors");
-    FAIL();
-  } catch (const InputError& error) {
-    EXPECT_STREQ(error.what(), "--factors 'a,,b', at ',b': a column name is expected");
-  }
+  EXPECT_EQ(RefusalOf([] { ParseNames("a,,b", "--factors"); }),
+            "--factors 'a,,b', at ',b': a column name is expected");
 }
 
 TEST(McfitNameList, NamesAreQuotedOnlyWhereTheyMustBe) {

@@ -234,6 +234,21 @@ TEST(McfitProgram, TheDataMayComeFromAPipe) {
   EXPECT_EQ(Numbers(run.out).at("x")[0], 1.5);
 }
 
+struct Failure {
+  Arguments arguments;
+  std::string message;
+};
+
+// Each ends with the status and tells the message, and writes no results.
+void ExpectFailures(int status, const std::vector<Failure>& failures) {
+  for (const Failure& failure : failures) {
+    const ProgramResult run = RunMcfit(failure.arguments);
+    EXPECT_EQ(run.status, status) << failure.message;
+    EXPECT_THAT(run.err, HasSubstr(failure.message));
+    EXPECT_EQ(run.out, "") << failure.message;
+  }
+}
+
 TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {
   const TemporaryFolder folder;
   const std::string data = folder.Write("d.csv", "y,a,x\n1,p,1\n2,q,2\n3,p,4\n");
@@ -245,10 +260,7 @@ TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {
     all.insert(all.end(), more.begin(), more.end());
     return all;
   };
-  const struct {
-    Arguments arguments;
-    std::string message;
-  } cases[] = {
+  const std::vector<Failure> cases = {
       {{}, "a subcommand is required"},
       {{"cubic"}, "cubic"},
       {{"linear"}, "data is required"},
@@ -280,21 +292,13 @@ TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {
       {{"linear", word, "--dependent", "y", "--covariates", "x"},
        "word.csv, line 3, column 'x': 'big' is not a finite number"},
   };
-  for (const auto& c : cases) {
-    const ProgramResult run = RunMcfit(c.arguments);
-    EXPECT_EQ(run.status, 2) << c.message;
-    EXPECT_THAT(run.err, HasSubstr(c.message));
-    EXPECT_EQ(run.out, "") << c.message;
-  }
+  ExpectFailures(2, cases);
 }
 
 TEST(McfitProgram, ModelsThatCannotBeFittedEndWithStatusOneAndTheCodeInWords) {
   const TemporaryFolder folder;
   const std::string data = folder.Write("d.csv", "y,a,n\n1,,1\n,q,1\n1,p,0\n");
-  const struct {
-    Arguments arguments;
-    const char* message;
-  } cases[] = {
+  const std::vector<Failure> cases = {
       {{"linear", data, "--dependent", "y", "--factors", "a", "--freq", "n"},
        "mcfit: error 307 (MCS_NO_DATA): the source has no usable row, or a new pass could not be "
        "begun\n           1  dependent 'y' is missing\n           1  factor 'a' is missing\n"
@@ -304,12 +308,7 @@ TEST(McfitProgram, ModelsThatCannotBeFittedEndWithStatusOneAndTheCodeInWords) {
       {{"linear", data, "--dependent", "y", "--no-intercept"},
        "mcfit: error 302 (MCS_EMPTY_MODEL): the model has neither an intercept nor an effect"},
   };
-  for (const auto& c : cases) {
-    const ProgramResult run = RunMcfit(c.arguments);
-    EXPECT_EQ(run.status, 1) << c.message;
-    EXPECT_THAT(run.err, HasSubstr(c.message));
-    EXPECT_EQ(run.out, "") << c.message;
-  }
+  ExpectFailures(1, cases);
 }
 
 TEST(McfitProgram, HelpAndVersionAreNoFailures) {
