@@ -4,39 +4,26 @@
 #include "mcmath/detail/mcsweeprows.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
+#include "support/matrices.h"
+#include "support/randomcrossproducts.h"
 
 #include <Eigen/Dense>
 #include <benchmark/benchmark.h>
 #include <lapacke.h>
 
 #include <cstddef>
-#include <random>
 #include <vector>
 
 namespace {
 
 using MCCommonMath::MCBitSet;
 using MCCommonMath::MCSymMatrix;
+using mctest::DiagonalOf;
 
 constexpr double kTolerance = 1e-12;
 
-/// X'X of 2n random rows.
 MCSymMatrix CrossProducts(int n) {
-  std::mt19937_64 engine(1);
-  std::normal_distribution<double> normal;
-  MCSymMatrix matrix(n);
-  std::vector<double> row(static_cast<std::size_t>(n));
-  for (int k = 0; k < 2 * n; ++k) {
-    for (double& x : row) x = normal(engine);
-    matrix.UpdateXX(row, 1.0);
-  }
-  return matrix;
-}
-
-std::vector<double> Diagonal(const MCSymMatrix& matrix) {
-  std::vector<double> scale;
-  matrix.GetDiagonal(scale);
-  return scale;
+  return mctest::RandomCrossProducts(n, 2 * n, 1U);
 }
 
 std::vector<double> Square(const MCSymMatrix& matrix) {
@@ -47,84 +34,75 @@ std::vector<double> Square(const MCSymMatrix& matrix) {
   return square;
 }
 
+template <class Matrix, class Work>
+void WorkOnCopies(benchmark::State& state, const Matrix& start, const Work& work) {
+  Matrix copy = start;
+  for (auto _ : state) {
+    copy = start;
+    work(copy);
+    benchmark::DoNotOptimize(copy);
+  }
+}
+
 void SweepAllRows(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
   const MCSymMatrix start = CrossProducts(n);
-  const std::vector<double> scale = Diagonal(start);
-  MCSymMatrix matrix = start;
-  for (auto _ : state) {
-    matrix = start;
+  const std::vector<double> scale = DiagonalOf(start);
+  WorkOnCopies(state, start, [&](MCSymMatrix& matrix) {
     MCBitSet pivots(n);
     MCCommonMath::detail::SweepRows(matrix, n, kTolerance, scale, pivots, [] { return false; });
-    benchmark::DoNotOptimize(matrix.AsVector().data());
-  }
+  });
 }
 
 void SweepOneByOne(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
   const MCSymMatrix start = CrossProducts(n);
-  const std::vector<double> scale = Diagonal(start);
-  MCSymMatrix matrix = start;
-  for (auto _ : state) {
-    matrix = start;
+  const std::vector<double> scale = DiagonalOf(start);
+  WorkOnCopies(state, start, [&](MCSymMatrix& matrix) {
     MCBitSet pivots(n);
     for (int k = 0; k < n; ++k) matrix.Sweep(k, kTolerance, scale, pivots, false);
-    benchmark::DoNotOptimize(matrix.AsVector().data());
-  }
+  });
 }
 
 void SweepPeerPotrfPotri(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
-  const std::vector<double> start = Square(CrossProducts(n));
-  std::vector<double> square = start;
-  for (auto _ : state) {
-    square = start;
+  WorkOnCopies(state, Square(CrossProducts(n)), [&](std::vector<double>& square) {
     LAPACKE_dpotrf(LAPACK_COL_MAJOR, 'L', n, square.data(), n);
     LAPACKE_dpotri(LAPACK_COL_MAJOR, 'L', n, square.data(), n);
-    benchmark::DoNotOptimize(square.data());
-  }
+  });
 }
 
 void CholeskyLTChol(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const MCSymMatrix start = CrossProducts(n);
-  const std::vector<double> scale = Diagonal(start);
-  MCSymMatrix matrix = start;
-  for (auto _ : state) {
-    matrix = start;
-    benchmark::DoNotOptimize(matrix.LTChol(scale, kTolerance, false));
-  }
+  const MCSymMatrix start = CrossProducts(static_cast<int>(state.range(0)));
+  const std::vector<double> scale = DiagonalOf(start);
+  WorkOnCopies(state, start, [&](MCSymMatrix& matrix) { matrix.LTChol(scale, kTolerance, false); });
 }
 
 /// Row by row, each element an inner product, as a textbook has it.
-void CholeskyPlainLoop(benchmark::State& state) {
-  const std::size_t n = static_cast<std::size_t>(state.range(0));
-  const std::vector<double> start = CrossProducts(static_cast<int>(n)).AsVectorConst();
-  std::vector<double> factor = start;
-  for (auto _ : state) {
-    factor = start;
-    for (std::size_t i = 0; i < n; ++i) {
-      double* row = factor.data() + i * (i + 1) / 2;
-      for (std::size_t j = 0; j <= i; ++j) {
-        const double* above = factor.data() + j * (j + 1) / 2;
-        double sum = row[j];
-        for (std::size_t k = 0; k < j; ++k) sum -= row[k] * above[k];
-        row[j] = j < i ? sum / above[j] : __builtin_sqrt(sum);
-      }
+void FactorPlainly(std::vector<double>& factor, std::size_t n) {
+  for (std::size_t i = 0; i < n; ++i) {
+    double* row = factor.data() + i * (i + 1) / 2;
+    for (std::size_t j = 0; j <= i; ++j) {
+      const double* above = factor.data() + j * (j + 1) / 2;
+      double sum = row[j];
+      for (std::size_t k = 0; k < j; ++k) sum -= row[k] * above[k];
+      row[j] = j < i ? sum / above[j] : __builtin_sqrt(sum);
     }
-    benchmark::DoNotOptimize(factor.data());
   }
+}
+
+void CholeskyPlainLoop(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  WorkOnCopies(state, CrossProducts(n).AsVectorConst(), [&](std::vector<double>& triangle) {
+    FactorPlainly(triangle, static_cast<std::size_t>(n));
+  });
 }
 
 void CholeskyPeerPotrf(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
-  const std::vector<double> start = Square(CrossProducts(n));
-  std::vector<double> square = start;
-  for (auto _ : state) {
-    square = start;
+  WorkOnCopies(state, Square(CrossProducts(n)), [&](std::vector<double>& square) {
     LAPACKE_dpotrf(LAPACK_COL_MAJOR, 'L', n, square.data(), n);
-    benchmark::DoNotOptimize(square.data());
-  }
+  });
 }
 
 void CholeskyPeerEigen(benchmark::State& state) {

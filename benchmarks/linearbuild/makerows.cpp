@@ -1,24 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // makerows NAME DIRECTORY: writes the row file of a data set, the same at every run.
 #include "dataset.h"
+#include "support/splitmix64.h"
 
 namespace {
 
-/// SplitMix64 (Steele, Lea and Flood 2014).
+/// The same numbers at every run.
 class Random {
 public:
-  double Uniform() { return static_cast<double>(Next() >> 11U) * 0x1p-53; }
-  int Below(int n) { return static_cast<int>(Next() % static_cast<std::uint64_t>(n)); }
+  double Uniform() { return static_cast<double>(fBits.Next() >> 11U) * 0x1p-53; }
+  int Below(int n) { return static_cast<int>(fBits.Next() % static_cast<std::uint64_t>(n)); }
 
 private:
-  std::uint64_t Next() {
-    std::uint64_t z = (fState += 0x9E3779B97F4A7C15U);
-    z = (z ^ (z >> 30U)) * 0xBF58476D1CE4E5B9U;
-    z = (z ^ (z >> 27U)) * 0x94D049BB133111EBU;
-    return z ^ (z >> 31U);
-  }
-
-  std::uint64_t fState = 20261121;
+  mctest::SplitMix64 fBits{20261121};
 };
 
 /// A row whose dependent follows from all that stands before it, and noise.

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/detail/runningmeans.h"
+#include "support/samebits.h"
+#include "support/vectorpaths.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <vector>
@@ -30,15 +31,8 @@ std::vector<double> Values(std::size_t n, unsigned seed) {
   return values;
 }
 
-// NaN is one value, whatever its sign: which operand it comes from is the compiler's choice.
-bool IsSame(double a, double b) {
-  if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 TEST(RunningMeans, AreTheSameToTheBitAtEveryVectorWidth) {
-  for (const VectorPath path : {VectorPath::kSse2, VectorPath::kAvx2, VectorPath::kAvx512}) {
-    if (!MCCommonMath::detail::IsSupported(path)) continue;
+  for (const VectorPath path : mctest::SupportedPaths()) {
     for (std::size_t n = 0; n <= 70; ++n) {
       std::vector<double> means(n, 0.0);
       std::vector<double> expected(n, 0.0);
@@ -56,8 +50,8 @@ TEST(RunningMeans, AreTheSameToTheBitAtEveryVectorWidth) {
           const double moved = step + expected[i];
           const double bound = 0x1p-51 * std::fabs(expected[i]);
           expected[i] = std::fabs(moved) < bound ? 0.0 : moved;
-          ASSERT_TRUE(IsSame(means[i], expected[i])) << "n " << n << " row " << r << " i " << i;
         }
+        ASSERT_TRUE(mctest::SameBitsOrNaN(expected, means)) << "n " << n << " row " << r;
       }
     }
   }

@@ -4,12 +4,11 @@
 // all columns, added by UpdateXX(), and summed over all columns in order.
 #include "regression/linear/mcglmmodel.h"
 #include "support/linearmodel.h"
+#include "support/samebits.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdint>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
@@ -24,20 +23,8 @@ using mctest::Rows;
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// Bits; which of several NaN came out of a sum is the processor's choice.
-std::uint64_t Bits(double x) {
-  if (std::isnan(x)) return ~std::uint64_t{0};
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &x, sizeof bits);
-  return bits;
-}
-
 void ExpectSameBits(const std::vector<double>& values, const std::vector<double>& expected) {
-  ASSERT_EQ(values.size(), expected.size());
-  std::size_t nDifferent = 0;
-  for (std::size_t i = 0; i < values.size(); ++i)
-    nDifferent += Bits(values[i]) != Bits(expected[i]);
-  EXPECT_EQ(nDifferent, 0u);
+  EXPECT_TRUE(mctest::SameBitsOrNaN(expected, values));
 }
 
 // Rows of y, a (of 3), b (of 40), x1, x2, frequency, regression weight. Some covariates are zero;

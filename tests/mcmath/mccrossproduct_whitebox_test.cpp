@@ -2,6 +2,8 @@
 #include "mcmath/detail/makekernels.h"
 #include "mcmath/detail/mccrossproduct.h"
 #include "mcmath/detail/vectorkernels.h"
+#include "support/samebits.h"
+#include "support/vectorpaths.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +22,8 @@ using MCCommonMath::detail::MCCrossProduct;
 using MCCommonMath::detail::RowBlock;
 using MCCommonMath::detail::VectorKernels;
 using MCCommonMath::detail::VectorPath;
+using mctest::SameBitsOrNaN;
+using mctest::SupportedPaths;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -47,27 +51,6 @@ void AddPlainly(std::vector<double>& triangle, const Row& row) {
       triangle[i * (i + 1) / 2 + j] += product;
     }
   }
-}
-
-/// Equal to the bit, but that sign and payload of a NaN are the compiler's choice.
-::testing::AssertionResult SameBits(const std::vector<double>& expected,
-                                    const std::vector<double>& actual) {
-  for (std::size_t k = 0; k < expected.size(); ++k) {
-    if (std::isnan(expected[k]) && std::isnan(actual[k])) continue;
-    if (std::memcmp(&expected[k], &actual[k], sizeof(double)) != 0) {
-      return ::testing::AssertionFailure()
-             << "entry " << k << ": " << actual[k] << " in place of " << expected[k];
-    }
-  }
-  return ::testing::AssertionSuccess();
-}
-
-std::vector<VectorPath> SupportedPaths() {
-  std::vector<VectorPath> paths;
-  for (VectorPath path : {VectorPath::kSse2, VectorPath::kAvx2, VectorPath::kAvx512}) {
-    if (MCCommonMath::detail::IsSupported(path)) paths.push_back(path);
-  }
-  return paths;
 }
 
 /// Rows of mixed magnitudes, `zeroShare` of the entries 0.
@@ -112,7 +95,7 @@ void ExpectSameBits(int n, const std::vector<Row>& rows, const std::vector<doubl
         }
       }
       accumulator.Flush();
-      EXPECT_TRUE(SameBits(expected, triangle))
+      EXPECT_TRUE(SameBitsOrNaN(expected, triangle))
           << "n " << n << ", " << rows.size() << " rows, path " << static_cast<int>(path)
           << ", sparse " << sparseShare;
     }
@@ -184,7 +167,7 @@ TEST(MCCrossProduct, LeavesASignalingNaNOfTheTargetThatNoRowTouches) {
   accumulator.AddRow(row, 1.0);
   accumulator.AddSparseRow(1, &position, row, 1.0);
   accumulator.Flush();
-  // SameBits takes all NaN as one.
+  // SameBitsOrNaN takes all NaN as one.
   EXPECT_EQ(std::memcmp(start.data(), triangle.data(), start.size() * sizeof(double)), 0);
 }
 
@@ -229,7 +212,7 @@ TEST(MCCrossProduct, LooksAtTheTargetAnewAfterAFlush) {
   triangle.assign(3, -0.0);
   accumulator.AddRow(row, 1.0);
   accumulator.Flush();
-  EXPECT_TRUE(SameBits({-0.0, 0.0, 1.0}, triangle));
+  EXPECT_TRUE(SameBitsOrNaN({-0.0, 0.0, 1.0}, triangle));
 }
 
 TEST(MCCrossProduct, TakesAMatrixWithoutRows) {
@@ -253,7 +236,7 @@ TEST(AddRankOne, IsTheDefinition) {
     std::vector<double> actual = expected;
     AddPlainly(expected, row);
     AddRankOne(actual.data(), 14, row.values.data(), row.weight);
-    EXPECT_TRUE(SameBits(expected, actual));
+    EXPECT_TRUE(SameBitsOrNaN(expected, actual));
   }
 }
 
@@ -289,7 +272,7 @@ void ExpectKernelsAgree(int n) {
     AddPlainly(expected, data[k]);
   }
   kernels.kTable.foldBlock(kernels.block, data.size(), actual.data());
-  EXPECT_TRUE(SameBits(expected, actual)) << "width " << W << ", n " << n;
+  EXPECT_TRUE(SameBitsOrNaN(expected, actual)) << "width " << W << ", n " << n;
 }
 
 TEST(CrossProductKernel, AgreesAtEveryWidthOnAnyProcessor) {

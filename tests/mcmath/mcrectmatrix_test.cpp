@@ -6,6 +6,7 @@
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
 #include "support/extendedmatrix.h"
+#include "support/matrices.h"
 
 #include <climits>
 #include <gtest/gtest.h>
@@ -21,10 +22,11 @@ namespace {
 using MCCommonMath::MCBitSet;
 using MCCommonMath::MCRectMatrix;
 using MCCommonMath::MCRectMatrixData;
+using mctest::Bits;
 using mctest::ExtendedMatrix;
 using mctest::FailAllocation;
+using mctest::FromRows;
 using mctest::NoisyMatrix;
-using mctest::Rows;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -37,12 +39,6 @@ MCRectMatrix InvalidMatrix() {
 bool Same(const MCRectMatrixData& a, const MCRectMatrixData& b) {
   return a.GetNRows() == b.GetNRows() && a.GetNCols() == b.GetNCols() &&
          a.AsVectorConst() == b.AsVectorConst();
-}
-
-MCBitSet Bits(const std::vector<bool>& bits) {
-  MCBitSet result;
-  for (const bool bit : bits) result.Append(bit);
-  return result;
 }
 
 // ---- shape ----
@@ -60,7 +56,7 @@ TEST(MCRectMatrix, AShapeIsTakenWithZerosAndANegativeCountGivesNoRowsAndNoColumn
     int rows, cols, gotRows, gotCols;
   } cases[] = {{2, 3, 2, 3}, {3, 0, 3, 0}, {0, 4, 0, 4}, {-1, 5, 0, 0}, {5, -1, 0, 0}};
   for (const auto& c : cases) {
-    MCRectMatrix changed = Rows({{1, 2}, {3, 4}});
+    MCRectMatrix changed = FromRows({{1, 2}, {3, 4}});
     EXPECT_TRUE(changed.SetNRowsCols(c.rows, c.cols));
     for (const MCRectMatrixData& matrix :
          {MCRectMatrixData(c.rows, c.cols), MCRectMatrixData(MCRectMatrix(c.rows, c.cols)),
@@ -74,7 +70,7 @@ TEST(MCRectMatrix, AShapeIsTakenWithZerosAndANegativeCountGivesNoRowsAndNoColumn
 }
 
 TEST(MCRectMatrix, ElementsStandRowByRow) {
-  const MCRectMatrix matrix = Rows({{1, 2, 3}, {4, 5, 6}});
+  const MCRectMatrix matrix = FromRows({{1, 2, 3}, {4, 5, 6}});
   EXPECT_EQ(matrix.GetElem(1, 0), 4);
   EXPECT_EQ(matrix.GetRowPtr(1), matrix.AsVectorConst().data() + 3);
   EXPECT_EQ(matrix.GetColPtr(2), matrix.AsVectorConst().data() + 2);
@@ -96,21 +92,21 @@ TEST(MCRectMatrix, IndicesOutOfRangeGiveTheMissingValueOrNull) {
 }
 
 TEST(MCRectMatrix, ResizeKeepsPlacesInTheVector) {
-  MCRectMatrix matrix = Rows({{1, 2}, {3, 4}, {5, 6}});
+  MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}, {5, 6}});
   EXPECT_TRUE(matrix.Resize(2, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2}, {3, 4}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2}, {3, 4}})));
   EXPECT_TRUE(matrix.Resize(2, 3));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 3}, {4, 0, 0}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 3}, {4, 0, 0}})));
   EXPECT_TRUE(matrix.Resize(-2, 3));
   EXPECT_TRUE(Same(matrix, MCRectMatrix(0, 0)));
 }
 
 TEST(MCRectMatrix, RowsAndColumnsAreAppendedAsZeros) {
-  MCRectMatrix matrix = Rows({{1, 2}, {3, 4}});
+  MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}});
   EXPECT_TRUE(matrix.AddColumn());
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 0}, {3, 4, 0}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 0}, {3, 4, 0}})));
   EXPECT_TRUE(matrix.AddRow());
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 0}, {3, 4, 0}, {0, 0, 0}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 0}, {3, 4, 0}, {0, 0, 0}})));
   MCRectMatrix empty;
   EXPECT_TRUE(empty.AddRow());
   EXPECT_TRUE(empty.AddRow());
@@ -128,23 +124,23 @@ TEST(MCRectMatrix, TheLargestCountCannotGrow) {
 }
 
 TEST(MCRectMatrix, TransposeSwapsIndices) {
-  MCRectMatrix matrix = Rows({{1, 2, 3}, {4, 5, 6}});
+  MCRectMatrix matrix = FromRows({{1, 2, 3}, {4, 5, 6}});
   matrix.Transpose();
-  EXPECT_TRUE(Same(matrix, Rows({{1, 4}, {2, 5}, {3, 6}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 4}, {2, 5}, {3, 6}})));
   matrix.Transpose();
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 3}, {4, 5, 6}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 3}, {4, 5, 6}})));
 }
 
 TEST(MCRectMatrix, ClearZeroesAndSetElemWrites) {
-  MCRectMatrix matrix = Rows({{1, 2}, {3, 4}});
+  MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}});
   matrix.Clear();
   EXPECT_TRUE(Same(matrix, MCRectMatrix(2, 2)));
   EXPECT_TRUE(matrix.SetElem(1, 0, 7.0));
-  EXPECT_TRUE(Same(matrix, Rows({{0, 0}, {7, 0}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{0, 0}, {7, 0}})));
 }
 
 TEST(MCRectMatrix, CopiesAreIndependentAndMovesExchange) {
-  const MCRectMatrix original = Rows({{1, 2}, {3, 4}});
+  const MCRectMatrix original = FromRows({{1, 2}, {3, 4}});
   MCRectMatrix copy(original);
   copy.SetElem(0, 0, 9.0);
   EXPECT_EQ(original.GetElem(0, 0), 1.0);
@@ -166,7 +162,7 @@ TEST(MCRectMatrix, CopiesAreIndependentAndMovesExchange) {
 // ---- memory exhaustion and invalid matrices ----
 
 TEST(MCRectMatrix, MemoryExhaustionWhileSizingGivesAnInvalidMatrix) {
-  const MCRectMatrix original = Rows({{1, 2}, {3, 4}});
+  const MCRectMatrix original = FromRows({{1, 2}, {3, 4}});
   const std::function<MCRectMatrix()> makers[] = {
       [] { return MCRectMatrix(2, 2); },
       [&original] { return MCRectMatrix(original); },
@@ -198,7 +194,7 @@ TEST(MCRectMatrix, MemoryExhaustionWhileSizingGivesAnInvalidMatrix) {
 
 TEST(MCRectMatrix, GrowthThatFailsMakesTheMatrixInvalid) {
   for (const auto grow : {&MCRectMatrix::AddRow, &MCRectMatrix::AddColumn}) {
-    MCRectMatrix matrix = Rows({{1, 2}, {3, 4}});
+    MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}});
     matrix.AsVector().shrink_to_fit();
     const FailAllocation failure(1);
     EXPECT_FALSE((matrix.*grow)());
@@ -207,7 +203,7 @@ TEST(MCRectMatrix, GrowthThatFailsMakesTheMatrixInvalid) {
 }
 
 TEST(MCRectMatrix, AResultThatCannotBeAllocatedIsInvalid) {
-  const MCRectMatrix matrix = Rows({{1, 2}, {3, 4}});
+  const MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}});
   const MCBitSet bits = Bits({true, true});
   const std::function<bool(MCRectMatrix&)> operations[] = {
       [&](MCRectMatrix& out) { return matrix.ShiftRows(1, out); },
@@ -226,7 +222,7 @@ TEST(MCRectMatrix, AResultThatCannotBeAllocatedIsInvalid) {
 }
 
 TEST(MCRectMatrix, ScratchThatCannotBeAllocatedThrowsAndChangesNothing) {
-  const MCRectMatrix original = Rows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
+  const MCRectMatrix original = FromRows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
   const std::function<void(MCRectMatrix&)> operations[] = {
       [](MCRectMatrix& matrix) { matrix.Transpose(); },
       [&](MCRectMatrix& matrix) { matrix.CopyColToRow(0, original, 1); },
@@ -242,7 +238,7 @@ TEST(MCRectMatrix, ScratchThatCannotBeAllocatedThrowsAndChangesNothing) {
 }
 
 TEST(MCRectMatrix, AProductIsFormedInFullOrNotAtAll) {
-  const MCRectMatrix original = Rows({{1, 2}, {3, 4}});
+  const MCRectMatrix original = FromRows({{1, 2}, {3, 4}});
   bool ended = false;
   for (std::size_t k = 1; !ended; ++k) {
     MCRectMatrix out = original;
@@ -268,7 +264,7 @@ TEST(MCRectMatrix, ASizeBeyondTheAddressSpaceIsInvalid) {
 TEST(MCRectMatrix, AnInvalidMatrixRefusesEverythingButAShape) {
   MCRectMatrix bad = InvalidMatrix();
   const MCRectMatrix good(1, 1);
-  const MCRectMatrix expected = Rows({{5}});
+  const MCRectMatrix expected = FromRows({{5}});
   MCRectMatrix out = expected;
   const MCBitSet bits = Bits({true});
   int position = 7;
@@ -320,7 +316,7 @@ TEST(MCRectMatrix, AnInvalidMatrixRefusesEverythingButAShape) {
 // ---- tests of rows and columns ----
 
 TEST(MCRectMatrix, ZeroRowsAndColumnsAreExactZerosOnly) {
-  const MCRectMatrix matrix = Rows({{0, -0.0, 0}, {0, 1e-300, kNaN}, {0, 0, 0}});
+  const MCRectMatrix matrix = FromRows({{0, -0.0, 0}, {0, 1e-300, kNaN}, {0, 0, 0}});
   EXPECT_TRUE(matrix.IsRowZero(0));
   EXPECT_FALSE(matrix.IsRowZero(1));
   EXPECT_FALSE(matrix.IsRowZero(3));
@@ -335,7 +331,7 @@ TEST(MCRectMatrix, ZeroRowsAndColumnsAreExactZerosOnly) {
 }
 
 TEST(MCRectMatrix, TheSingleNonZeroEntryOutsideAMaskIsFound) {
-  const MCRectMatrix matrix = Rows({{5, 0, 3, 0}});
+  const MCRectMatrix matrix = FromRows({{5, 0, 3, 0}});
   const struct {
     std::vector<bool> mask;
     bool answer;
@@ -358,12 +354,12 @@ TEST(MCRectMatrix, TheSingleNonZeroEntryOutsideAMaskIsFound) {
   int position = 99;
   EXPECT_FALSE(matrix.IsRowZeroButOne(1, MCBitSet(), position));
   EXPECT_EQ(position, -1);
-  EXPECT_TRUE(Rows({{kNaN, 0}}).IsRowZeroButOne(0, MCBitSet(), position));
+  EXPECT_TRUE(FromRows({{kNaN, 0}}).IsRowZeroButOne(0, MCBitSet(), position));
   EXPECT_EQ(position, 0);
 }
 
 TEST(MCRectMatrix, TheFirstNonZeroEntryExceedsTheToleranceStrictly) {
-  const MCRectMatrix matrix = Rows({{0.0, kNaN, -0.5, 2.0}});
+  const MCRectMatrix matrix = FromRows({{0.0, kNaN, -0.5, 2.0}});
   EXPECT_EQ(matrix.FindFirstNonZeroInRow(0, 0.0), 2);
   EXPECT_EQ(matrix.FindFirstNonZeroInRow(0, 0.4), 2);
   EXPECT_EQ(matrix.FindFirstNonZeroInRow(0, 0.5), 3);
@@ -401,12 +397,13 @@ TEST(MCRectMatrix, ARowIsAMultipleOfAnotherWithinBothTolerances) {
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.row) + " and " + testing::PrintToString(c.other));
     double factor = 99.0;
-    EXPECT_EQ(Rows({c.row, c.other}).IsERowMultipleOfAnother(0, 1, c.zeroTol, c.ratioTol, factor),
-              c.answer);
+    EXPECT_EQ(
+        FromRows({c.row, c.other}).IsERowMultipleOfAnother(0, 1, c.zeroTol, c.ratioTol, factor),
+        c.answer);
     EXPECT_EQ(factor, c.answer ? c.factor : 99.0);
   }
   double factor = 99.0;
-  const MCRectMatrix matrix = Rows({{1, 2}});
+  const MCRectMatrix matrix = FromRows({{1, 2}});
   EXPECT_TRUE(matrix.IsERowMultipleOfAnother(0, 0, 0.0, 0.0, factor));
   EXPECT_EQ(factor, 1.0);
   EXPECT_FALSE(matrix.IsERowMultipleOfAnother(0, 1, 0.0, 0.0, factor));
@@ -414,16 +411,16 @@ TEST(MCRectMatrix, ARowIsAMultipleOfAnotherWithinBothTolerances) {
 }
 
 TEST(MCRectMatrix, OnesAreCheckedForOneInEachRowAndColumn) {
-  EXPECT_TRUE(Rows({{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}).CheckForOnes(0.0));
-  EXPECT_TRUE(Rows({{5, 1}, {1, -3}}).CheckForOnes(0.0));
-  EXPECT_FALSE(Rows({{1, 1}, {1, 0}}).CheckForOnes(0.0));
-  EXPECT_FALSE(Rows({{1, 0}, {1, 0}}).CheckForOnes(0.0));
-  EXPECT_FALSE(Rows({{1, 0}}).CheckForOnes(0.0));
-  EXPECT_FALSE(Rows({{1}, {0}}).CheckForOnes(0.0));
-  EXPECT_FALSE(Rows({{1.01, 0}, {0, 0.99}}).CheckForOnes(0.001));
-  EXPECT_TRUE(Rows({{1.01, 0}, {0, 0.99}}).CheckForOnes(0.02));
-  EXPECT_FALSE(Rows({{1}}).CheckForOnes(kNaN));
-  EXPECT_FALSE(Rows({{kNaN}}).CheckForOnes(0.0));
+  EXPECT_TRUE(FromRows({{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}).CheckForOnes(0.0));
+  EXPECT_TRUE(FromRows({{5, 1}, {1, -3}}).CheckForOnes(0.0));
+  EXPECT_FALSE(FromRows({{1, 1}, {1, 0}}).CheckForOnes(0.0));
+  EXPECT_FALSE(FromRows({{1, 0}, {1, 0}}).CheckForOnes(0.0));
+  EXPECT_FALSE(FromRows({{1, 0}}).CheckForOnes(0.0));
+  EXPECT_FALSE(FromRows({{1}, {0}}).CheckForOnes(0.0));
+  EXPECT_FALSE(FromRows({{1.01, 0}, {0, 0.99}}).CheckForOnes(0.001));
+  EXPECT_TRUE(FromRows({{1.01, 0}, {0, 0.99}}).CheckForOnes(0.02));
+  EXPECT_FALSE(FromRows({{1}}).CheckForOnes(kNaN));
+  EXPECT_FALSE(FromRows({{kNaN}}).CheckForOnes(0.0));
   EXPECT_FALSE(MCRectMatrix(0, 0).CheckForOnes(0.0));
   EXPECT_FALSE(MCRectMatrix(2, 0).CheckForOnes(0.0));
 }
@@ -431,13 +428,13 @@ TEST(MCRectMatrix, OnesAreCheckedForOneInEachRowAndColumn) {
 // ---- dot products and norms ----
 
 TEST(MCRectMatrix, DotProductsPairTheNamedRowsAndColumns) {
-  const MCRectMatrix A = Rows({{1, 2, 3}, {4, 5, 6}});
-  const MCRectMatrix B = Rows({{1, -1}, {2, -2}, {3, 10}});
+  const MCRectMatrix A = FromRows({{1, 2, 3}, {4, 5, 6}});
+  const MCRectMatrix B = FromRows({{1, -1}, {2, -2}, {3, 10}});
   EXPECT_EQ(A.DotProductCol(0, 2), 1 * 3 + 4 * 6);
   EXPECT_EQ(A.DotProductRows(0, 1), 4 + 10 + 18);
   EXPECT_EQ(A.DotProductRowCol(1, B, 1), -4 - 10 + 60);
-  EXPECT_EQ(A.DotProductColCol(1, Rows({{7}, {8}}), 0), 2 * 7 + 5 * 8);
-  EXPECT_EQ(A.DotProductRowRow(0, Rows({{0, 0, 0}, {1, 1, 2}}), 1), 9);
+  EXPECT_EQ(A.DotProductColCol(1, FromRows({{7}, {8}}), 0), 2 * 7 + 5 * 8);
+  EXPECT_EQ(A.DotProductRowRow(0, FromRows({{0, 0, 0}, {1, 1, 2}}), 1), 9);
   EXPECT_EQ(MCRectMatrix(0, 2).DotProductCol(0, 1), 0.0);
   EXPECT_EQ(MCRectMatrix(2, 0).DotProductRows(0, 1), 0.0);
 }
@@ -470,7 +467,7 @@ TEST(MCRectMatrix, DotProductsOfBadIndicesOrUnequalLengthsAreMissing) {
 }
 
 TEST(MCRectMatrix, NormsSurviveSquaresBeyondAllDoubles) {
-  const MCRectMatrix matrix = Rows({{3e200, 4e200}, {3e-200, 4e-200}, {0, 0}, {3, 4}});
+  const MCRectMatrix matrix = FromRows({{3e200, 4e200}, {3e-200, 4e-200}, {0, 0}, {3, 4}});
   EXPECT_DOUBLE_EQ(matrix.RowNorm(0), 5e200);
   EXPECT_DOUBLE_EQ(matrix.RowNorm(1), 5e-200);
   EXPECT_EQ(matrix.RowNorm(2), 0.0);
@@ -483,27 +480,27 @@ TEST(MCRectMatrix, NormsSurviveSquaresBeyondAllDoubles) {
 // ---- changes ----
 
 TEST(MCRectMatrix, ColumnsAreScaledZeroedAndAdded) {
-  MCRectMatrix matrix = Rows({{1, 2}, {3, 4}});
+  MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}});
   EXPECT_TRUE(matrix.ColScale(0, -2.0));
-  EXPECT_TRUE(Same(matrix, Rows({{-2, 2}, {-6, 4}})));
-  EXPECT_TRUE(matrix.AddToColumn(1, Rows({{9, 1}, {9, 10}}), 1, 0.5));
-  EXPECT_TRUE(Same(matrix, Rows({{-2, 2.5}, {-6, 9}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{-2, 2}, {-6, 4}})));
+  EXPECT_TRUE(matrix.AddToColumn(1, FromRows({{9, 1}, {9, 10}}), 1, 0.5));
+  EXPECT_TRUE(Same(matrix, FromRows({{-2, 2.5}, {-6, 9}})));
   EXPECT_TRUE(matrix.AddToColumn(0, matrix, 0, 1.0));
-  EXPECT_TRUE(Same(matrix, Rows({{-4, 2.5}, {-12, 9}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{-4, 2.5}, {-12, 9}})));
   EXPECT_TRUE(matrix.ZeroOutCol(1));
-  EXPECT_TRUE(Same(matrix, Rows({{-4, 0}, {-12, 0}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{-4, 0}, {-12, 0}})));
 }
 
 TEST(MCRectMatrix, APartOfARowIsZeroedWithBothEnds) {
-  MCRectMatrix matrix = Rows({{1, 2, 3, 4}, {5, 6, 7, 8}});
+  MCRectMatrix matrix = FromRows({{1, 2, 3, 4}, {5, 6, 7, 8}});
   EXPECT_TRUE(matrix.ZeroOutRowPart(1, 1, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 3, 4}, {5, 0, 0, 8}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 3, 4}, {5, 0, 0, 8}})));
   EXPECT_TRUE(matrix.ZeroOutRowPart(0, 3, 3));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 3, 0}, {5, 0, 0, 8}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 3, 0}, {5, 0, 0, 8}})));
 }
 
 TEST(MCRectMatrix, ChangesWithBadArgumentsAreRefused) {
-  const MCRectMatrix original = Rows({{1, 2}, {3, 4}});
+  const MCRectMatrix original = FromRows({{1, 2}, {3, 4}});
   MCRectMatrix matrix = original;
   for (const int bad : {-1, 2}) {
     EXPECT_FALSE(matrix.ColScale(bad, 2.0));
@@ -521,23 +518,24 @@ TEST(MCRectMatrix, ChangesWithBadArgumentsAreRefused) {
 }
 
 TEST(MCRectMatrix, APivotOfMinusOneClearsItsRow) {
-  MCRectMatrix matrix = Rows({{0, -1, 3}, {5, 2, 7}});
+  MCRectMatrix matrix = FromRows({{0, -1, 3}, {5, 2, 7}});
   int pivot = 99;
   EXPECT_TRUE(matrix.ZeroOutPivotRow(0, 0.5, pivot));
   EXPECT_EQ(pivot, 1);
-  EXPECT_TRUE(Same(matrix, Rows({{0, 0, 0}, {5, 0, 13}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{0, 0, 0}, {5, 0, 13}})));
 }
 
 TEST(MCRectMatrix, AnotherPivotLeavesTheMultiplierAsItStands) {
-  MCRectMatrix matrix = Rows({{2, 3, 0.1}, {1, 10, 20}});
+  MCRectMatrix matrix = FromRows({{2, 3, 0.1}, {1, 10, 20}});
   int pivot = 99;
   EXPECT_TRUE(matrix.ZeroOutPivotRow(0, 0.5, pivot));
   EXPECT_EQ(pivot, 0);
-  EXPECT_TRUE(Same(matrix, Rows({{0, 3 + 3 * 2.0, 0.1 + 0.1 * 2}, {0, 10 + 3 * 1.0, 20 + 0.1}})));
+  EXPECT_TRUE(
+      Same(matrix, FromRows({{0, 3 + 3 * 2.0, 0.1 + 0.1 * 2}, {0, 10 + 3 * 1.0, 20 + 0.1}})));
 }
 
 TEST(MCRectMatrix, ARowWithoutPivotIsRefused) {
-  const MCRectMatrix original = Rows({{0, 0}, {0.5, 0}});
+  const MCRectMatrix original = FromRows({{0, 0}, {0.5, 0}});
   const struct {
     int row;
     double tol;
@@ -553,7 +551,7 @@ TEST(MCRectMatrix, ARowWithoutPivotIsRefused) {
 
 // With thr = 1 the threshold is 10000 * 2^-52 = 2.22e-12.
 TEST(MCRectMatrix, CleaningRemovesEntriesThatAreNoiseBesideTheNorm) {
-  MCRectMatrix matrix = Rows({{3e10, 1}, {0.01, 1}, {0.2, 1}, {4e10, 1}});
+  MCRectMatrix matrix = FromRows({{3e10, 1}, {0.01, 1}, {0.2, 1}, {4e10, 1}});
   EXPECT_TRUE(matrix.ColClean(0, 1.0));
   EXPECT_DOUBLE_EQ(matrix.GetElem(0, 0), 3e10);
   EXPECT_EQ(matrix.GetElem(1, 0), 0.0);
@@ -563,7 +561,7 @@ TEST(MCRectMatrix, CleaningRemovesEntriesThatAreNoiseBesideTheNorm) {
 }
 
 TEST(MCRectMatrix, CleaningZeroesAColumnWhoseNormIsNoise) {
-  MCRectMatrix matrix = Rows({{1e-12, 3e-12}, {-1e-12, 0}});
+  MCRectMatrix matrix = FromRows({{1e-12, 3e-12}, {-1e-12, 0}});
   EXPECT_TRUE(matrix.ColClean(0, 1.0));
   EXPECT_TRUE(matrix.IsColZero(0));
   EXPECT_TRUE(matrix.ColClean(1, 1.0));
@@ -575,16 +573,16 @@ TEST(MCRectMatrix, CleaningNeverTurnsNumbersIntoNaN) {
       {0, 0}, {1.7e308, 1.7e308}, {1e-320, 0}, {kInfinity, 1}};
   for (const double thr : {0.0, -1.0, kNaN}) {
     for (const auto& column : columns) {
-      MCRectMatrix matrix = Rows({{column[0]}, {column[1]}});
+      MCRectMatrix matrix = FromRows({{column[0]}, {column[1]}});
       EXPECT_TRUE(matrix.ColClean(0, thr));
       EXPECT_EQ(matrix.AsVectorConst(), column);
     }
-    MCRectMatrix matrix = Rows({{3}, {4}});
+    MCRectMatrix matrix = FromRows({{3}, {4}});
     EXPECT_TRUE(matrix.ColClean(0, thr));
     EXPECT_DOUBLE_EQ(matrix.GetElem(0, 0), 3.0);
     EXPECT_DOUBLE_EQ(matrix.GetElem(1, 0), 4.0);
   }
-  MCRectMatrix huge = Rows({{1e200}, {1e-200}, {1e200}});
+  MCRectMatrix huge = FromRows({{1e200}, {1e-200}, {1e200}});
   EXPECT_TRUE(huge.ColClean(0, 1.0));
   EXPECT_DOUBLE_EQ(huge.GetElem(0, 0), 1e200);
   EXPECT_EQ(huge.GetElem(1, 0), 0.0);
@@ -593,43 +591,43 @@ TEST(MCRectMatrix, CleaningNeverTurnsNumbersIntoNaN) {
 // ---- copies ----
 
 TEST(MCRectMatrix, CopiesGoFromTheSecondToTheFirst) {
-  const MCRectMatrix from = Rows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
+  const MCRectMatrix from = FromRows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
   MCRectMatrix matrix(3, 3);
   EXPECT_TRUE(matrix.CopyRowToRow(2, from, 0));
-  EXPECT_TRUE(Same(matrix, Rows({{0, 0, 0}, {0, 0, 0}, {1, 2, 3}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{0, 0, 0}, {0, 0, 0}, {1, 2, 3}})));
   EXPECT_TRUE(matrix.CopyColToRow(0, from, 1));
-  EXPECT_TRUE(Same(matrix, Rows({{2, 5, 8}, {0, 0, 0}, {1, 2, 3}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{2, 5, 8}, {0, 0, 0}, {1, 2, 3}})));
   EXPECT_TRUE(matrix.CopyColToCol(2, from, 0));
-  EXPECT_TRUE(Same(matrix, Rows({{2, 5, 1}, {0, 0, 4}, {1, 2, 7}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{2, 5, 1}, {0, 0, 4}, {1, 2, 7}})));
   EXPECT_TRUE(matrix.CopyColumns(0, from, 1, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{2, 3, 1}, {5, 6, 4}, {8, 9, 7}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{2, 3, 1}, {5, 6, 4}, {8, 9, 7}})));
   EXPECT_TRUE(matrix.CopyRows(1, from, 0, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{2, 3, 1}, {1, 2, 3}, {4, 5, 6}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{2, 3, 1}, {1, 2, 3}, {4, 5, 6}})));
   EXPECT_TRUE(matrix.CopyRows(3, from, 0, 0));
   EXPECT_TRUE(matrix.CopyColumns(3, from, 3, 0));
 }
 
 TEST(MCRectMatrix, AMatrixIsCopiedWithinItself) {
-  const MCRectMatrix original = Rows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
+  const MCRectMatrix original = FromRows({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
   MCRectMatrix matrix = original;
   EXPECT_TRUE(matrix.CopyRows(1, matrix, 0, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 3}, {1, 2, 3}, {4, 5, 6}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 3}, {1, 2, 3}, {4, 5, 6}})));
   matrix = original;
   EXPECT_TRUE(matrix.CopyRows(0, matrix, 1, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{4, 5, 6}, {7, 8, 9}, {7, 8, 9}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{4, 5, 6}, {7, 8, 9}, {7, 8, 9}})));
   matrix = original;
   EXPECT_TRUE(matrix.CopyColumns(1, matrix, 0, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 1, 2}, {4, 4, 5}, {7, 7, 8}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 1, 2}, {4, 4, 5}, {7, 7, 8}})));
   matrix = original;
   EXPECT_TRUE(matrix.CopyColumns(0, matrix, 1, 2));
-  EXPECT_TRUE(Same(matrix, Rows({{2, 3, 3}, {5, 6, 6}, {8, 9, 9}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{2, 3, 3}, {5, 6, 6}, {8, 9, 9}})));
   matrix = original;
   EXPECT_TRUE(matrix.CopyColToRow(2, matrix, 0));
-  EXPECT_TRUE(Same(matrix, Rows({{1, 2, 3}, {4, 5, 6}, {1, 4, 7}})));
+  EXPECT_TRUE(Same(matrix, FromRows({{1, 2, 3}, {4, 5, 6}, {1, 4, 7}})));
 }
 
 TEST(MCRectMatrix, CopiesWithBadArgumentsAreRefused) {
-  const MCRectMatrix original = Rows({{1, 2, 3}, {4, 5, 6}});
+  const MCRectMatrix original = FromRows({{1, 2, 3}, {4, 5, 6}});
   const MCRectMatrix square(3, 3);
   MCRectMatrix matrix = original;
   EXPECT_FALSE(matrix.CopyRowToRow(2, square, 0));
@@ -656,16 +654,16 @@ TEST(MCRectMatrix, CopiesWithBadArgumentsAreRefused) {
 // ---- matrices made of one ----
 
 TEST(MCRectMatrix, ShiftsMoveRowsAndColumnsAndFillWithZeros) {
-  const MCRectMatrix matrix = Rows({{1, 2}, {3, 4}, {5, 6}});
+  const MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}, {5, 6}});
   const struct {
     int count;
     MCRectMatrix rows, cols;
   } cases[] = {
       {0, matrix, matrix},
-      {1, Rows({{0, 0}, {1, 2}, {3, 4}}), Rows({{0, 1}, {0, 3}, {0, 5}})},
-      {-1, Rows({{3, 4}, {5, 6}, {0, 0}}), Rows({{2, 0}, {4, 0}, {6, 0}})},
-      {2, Rows({{0, 0}, {0, 0}, {1, 2}}), MCRectMatrix(3, 2)},
-      {-2, Rows({{5, 6}, {0, 0}, {0, 0}}), MCRectMatrix(3, 2)},
+      {1, FromRows({{0, 0}, {1, 2}, {3, 4}}), FromRows({{0, 1}, {0, 3}, {0, 5}})},
+      {-1, FromRows({{3, 4}, {5, 6}, {0, 0}}), FromRows({{2, 0}, {4, 0}, {6, 0}})},
+      {2, FromRows({{0, 0}, {0, 0}, {1, 2}}), MCRectMatrix(3, 2)},
+      {-2, FromRows({{5, 6}, {0, 0}, {0, 0}}), MCRectMatrix(3, 2)},
       {3, MCRectMatrix(3, 2), MCRectMatrix(3, 2)},
       {INT_MAX, MCRectMatrix(3, 2), MCRectMatrix(3, 2)},
       {INT_MIN, MCRectMatrix(3, 2), MCRectMatrix(3, 2)},
@@ -683,28 +681,28 @@ TEST(MCRectMatrix, ShiftsMoveRowsAndColumnsAndFillWithZeros) {
 }
 
 TEST(MCRectMatrix, BlocksStandAlongTheDiagonal) {
-  const MCRectMatrix matrix = Rows({{1, 2}});
+  const MCRectMatrix matrix = FromRows({{1, 2}});
   MCRectMatrix out;
   EXPECT_TRUE(matrix.CreateBlockDiagonal(1, out));
   EXPECT_TRUE(Same(out, matrix));
   EXPECT_TRUE(matrix.CreateBlockDiagonal(3, out));
-  EXPECT_TRUE(Same(out, Rows({{1, 2, 0, 0, 0, 0}, {0, 0, 1, 2, 0, 0}, {0, 0, 0, 0, 1, 2}})));
-  EXPECT_TRUE(matrix.ExpandSquare(Rows({{3}, {4}}), out));
-  EXPECT_TRUE(Same(out, Rows({{1, 2, 0}, {0, 0, 3}, {0, 0, 4}})));
+  EXPECT_TRUE(Same(out, FromRows({{1, 2, 0, 0, 0, 0}, {0, 0, 1, 2, 0, 0}, {0, 0, 0, 0, 1, 2}})));
+  EXPECT_TRUE(matrix.ExpandSquare(FromRows({{3}, {4}}), out));
+  EXPECT_TRUE(Same(out, FromRows({{1, 2, 0}, {0, 0, 3}, {0, 0, 4}})));
   MCRectMatrix own = matrix;
   EXPECT_TRUE(own.ExpandSquare(own, own));
-  EXPECT_TRUE(Same(own, Rows({{1, 2, 0, 0}, {0, 0, 1, 2}})));
+  EXPECT_TRUE(Same(own, FromRows({{1, 2, 0, 0}, {0, 0, 1, 2}})));
 }
 
 TEST(MCRectMatrix, NoBlocksAreWalkedWhereThereIsNothingToPlace) {
-  MCRectMatrix out = Rows({{5}});
+  MCRectMatrix out = FromRows({{5}});
   EXPECT_TRUE(MCRectMatrix(1, 0).CreateBlockDiagonal(INT_MAX, out));
   EXPECT_EQ(out.GetNRows(), INT_MAX);
   EXPECT_EQ(out.GetNCols(), 0);
 }
 
 TEST(MCRectMatrix, BlocksBeyondTheLargestCountAreRefused) {
-  const MCRectMatrix original = Rows({{5}});
+  const MCRectMatrix original = FromRows({{5}});
   MCRectMatrix out = original;
   EXPECT_FALSE(out.CreateBlockDiagonal(0, out));
   EXPECT_FALSE(out.CreateBlockDiagonal(-1, out));
@@ -715,20 +713,20 @@ TEST(MCRectMatrix, BlocksBeyondTheLargestCountAreRefused) {
 }
 
 TEST(MCRectMatrix, ExpansionScattersToSetPositions) {
-  const MCRectMatrix matrix = Rows({{1, 2}, {3, 4}});
+  const MCRectMatrix matrix = FromRows({{1, 2}, {3, 4}});
   MCRectMatrix out;
   EXPECT_TRUE(matrix.Expand(Bits({false, true, false, true}), true, out));
-  EXPECT_TRUE(Same(out, Rows({{0, 0}, {1, 2}, {0, 0}, {3, 4}})));
+  EXPECT_TRUE(Same(out, FromRows({{0, 0}, {1, 2}, {0, 0}, {3, 4}})));
   EXPECT_TRUE(matrix.Expand(Bits({true, false, true}), false, out));
-  EXPECT_TRUE(Same(out, Rows({{1, 0, 2}, {3, 0, 4}})));
+  EXPECT_TRUE(Same(out, FromRows({{1, 0, 2}, {3, 0, 4}})));
   // A set bit that remains gets zeros.
   EXPECT_TRUE(matrix.Expand(Bits({true, true, true}), true, out));
-  EXPECT_TRUE(Same(out, Rows({{1, 2}, {3, 4}, {0, 0}})));
+  EXPECT_TRUE(Same(out, FromRows({{1, 2}, {3, 4}, {0, 0}})));
   const MCRectMatrix before = out;
   EXPECT_FALSE(matrix.Expand(Bits({true, false, false}), true, out));
   EXPECT_TRUE(Same(out, before));
   EXPECT_TRUE(out.Expand(Bits({false, true, true, true}), true, out));
-  EXPECT_TRUE(Same(out, Rows({{0, 0}, {1, 2}, {3, 4}, {0, 0}})));
+  EXPECT_TRUE(Same(out, FromRows({{0, 0}, {1, 2}, {3, 4}, {0, 0}})));
 }
 
 // ---- products ----
@@ -755,8 +753,8 @@ TEST(MCRectMatrix, ProductsAgreeWithExtendedPrecisionOnALadderOfSizes) {
 }
 
 TEST(MCRectMatrix, AProductMayReplaceAnOperand) {
-  const MCRectMatrix A = Rows({{1, 2}, {3, 4}});
-  const MCRectMatrix squared = Rows({{7, 10}, {15, 22}});
+  const MCRectMatrix A = FromRows({{1, 2}, {3, 4}});
+  const MCRectMatrix squared = FromRows({{7, 10}, {15, 22}});
   MCRectMatrix own = A;
   EXPECT_TRUE(own.ComputeMatrixProduct(own, own));
   EXPECT_TRUE(Same(own, squared));
@@ -765,18 +763,18 @@ TEST(MCRectMatrix, AProductMayReplaceAnOperand) {
   EXPECT_TRUE(Same(own, squared));
   own = A;
   EXPECT_TRUE(own.ComputeProductMatrixTrans(own, own));
-  EXPECT_TRUE(Same(own, Rows({{5, 11}, {11, 25}})));
+  EXPECT_TRUE(Same(own, FromRows({{5, 11}, {11, 25}})));
 }
 
 TEST(MCRectMatrix, AZeroMeetsInfinityInProducts) {
   MCRectMatrix out;
-  EXPECT_TRUE(Rows({{0, 1}}).ComputeMatrixProduct(Rows({{kInfinity}, {1}}), out));
+  EXPECT_TRUE(FromRows({{0, 1}}).ComputeMatrixProduct(FromRows({{kInfinity}, {1}}), out));
   EXPECT_TRUE(std::isnan(out.GetElem(0, 0)));
 }
 
 TEST(MCRectMatrix, ProductsOfUnfittingShapesAreRefused) {
   const MCRectMatrix A(2, 3);
-  const MCRectMatrix original = Rows({{5}});
+  const MCRectMatrix original = FromRows({{5}});
   MCRectMatrix out = original;
   EXPECT_FALSE(A.ComputeMatrixProduct(A, out));
   EXPECT_FALSE(A.ComputeProductMatrixTrans(MCRectMatrix(3, 2), out));
@@ -788,7 +786,7 @@ TEST(MCRectMatrix, ProductsOfUnfittingShapesAreRefused) {
 // ---- display ----
 
 TEST(MCRectMatrix, DisplayShowsShapeAndRows) {
-  const MCRectMatrix matrix = Rows({{1.5, kMissing}});
+  const MCRectMatrix matrix = FromRows({{1.5, kMissing}});
   EXPECT_EQ(mctest::DisplayOf(matrix),
             "\nMCRectMatrix display start"
             "\nNumber of rows = 1"
@@ -806,7 +804,7 @@ TEST(MCRectMatrix, DisplayShowsShapeAndRows) {
 }
 
 TEST(MCRectMatrix, FullDisplayShowsAllDigits) {
-  const MCRectMatrix matrix = Rows({{0.1}, {2}});
+  const MCRectMatrix matrix = FromRows({{0.1}, {2}});
   EXPECT_EQ(mctest::Displayed([&matrix] { matrix.DisplayF(); }),
             "\nMCRectMatrix display start"
             "\nNumber of rows = 2"

@@ -4,6 +4,7 @@
 #include "regression/frame/mcmv.h"
 #include "support/countingallocator.h"
 #include "support/extendedmatrix.h"
+#include "support/matrices.h"
 
 #include <climits>
 #include <gtest/gtest.h>
@@ -19,6 +20,7 @@ using mctest::DiagonalOf;
 using mctest::ExtendedMatrix;
 using mctest::NoisyDefinite;
 using mctest::Packed;
+using mctest::WithDependentRow;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -31,11 +33,6 @@ std::vector<double> Ones(int n) {
 
 MCSymMatrix TooLarge() {
   return MCSymMatrix(70000);
-}
-
-// Three columns, the second twice the first: (1, 2, 1), twice that, (0, 1, 3).
-MCSymMatrix WithDependentRow() {
-  return Packed({6, 12, 24, 5, 10, 10});
 }
 
 TEST(MCSymMatrixCholesky, TheFactorTimesItsTransposeIsTheMatrix) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
+#include "support/matrices.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,8 @@ namespace {
 
 using MCCommonMath::MCBitSet;
 using MCCommonMath::MCSymMatrix;
+using mctest::Bits;
+using mctest::Packed;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -18,26 +21,14 @@ constexpr double kLargest = std::numeric_limits<double>::max();
 
 using Triangle = std::vector<double>;
 
-MCSymMatrix Sym(int n, const Triangle& triangle) {
-  MCSymMatrix matrix(n);
-  matrix.AsVector() = triangle;
-  return matrix;
-}
-
-MCBitSet Bits(const std::vector<int>& bits) {
-  MCBitSet set;
-  for (const int bit : bits) set.Append(bit != 0);
-  return set;
-}
-
 TEST(MCSymMatrixElementwise, AddToDiagonalLeavesTheRest) {
-  MCSymMatrix matrix = Sym(3, {1, 2, 3, 4, 5, 6});
+  MCSymMatrix matrix = Packed({1, 2, 3, 4, 5, 6});
   matrix.AddToDiagonal(0.5);
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{1.5, 2, 3.5, 4, 5, 6.5}));
 }
 
 TEST(MCSymMatrixElementwise, ChangeSignAndMultiplyReachEveryElement) {
-  MCSymMatrix matrix = Sym(2, {1, -2, 3});
+  MCSymMatrix matrix = Packed({1, -2, 3});
   matrix.ChangeSign();
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{-1, 2, -3}));
   matrix.MultiplyByNumber(-0.5);
@@ -45,8 +36,8 @@ TEST(MCSymMatrixElementwise, ChangeSignAndMultiplyReachEveryElement) {
 }
 
 TEST(MCSymMatrixElementwise, ComputeAXpYAddsAMultiple) {
-  MCSymMatrix matrix = Sym(2, {1, 2, 3});
-  EXPECT_TRUE(matrix.ComputeAXpY(2.0, Sym(2, {10, 20, 30})));
+  MCSymMatrix matrix = Packed({1, 2, 3});
+  EXPECT_TRUE(matrix.ComputeAXpY(2.0, Packed({10, 20, 30})));
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{21, 42, 63}));
   EXPECT_TRUE(matrix.ComputeAXpY(1.0, matrix));
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{42, 84, 126}));
@@ -56,7 +47,7 @@ TEST(MCSymMatrixElementwise, ComputeAXpYAddsAMultiple) {
 }
 
 TEST(MCSymMatrixElementwise, SetRowColToConstAndZeroOutReachRowAndColumn) {
-  MCSymMatrix matrix = Sym(3, {1, 2, 3, 4, 5, 6});
+  MCSymMatrix matrix = Packed({1, 2, 3, 4, 5, 6});
   EXPECT_TRUE(matrix.SetRowColToConst(1, 9.0));
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{1, 9, 9, 4, 9, 6}));
   EXPECT_TRUE(matrix.ZeroOut(0));
@@ -82,14 +73,14 @@ TEST(MCSymMatrixElementwise, ZeroOutAllSmallComparesWithTheLargestDiagonal) {
       {{8, 1, kInf, 2, 3, 4}, 0.5, {0, 0, 0, 0, 0, 0}},  // nothing is above infinity
   };
   for (const auto& row : cases) {
-    MCSymMatrix matrix = Sym(3, row.before);
+    MCSymMatrix matrix = Packed(row.before);
     matrix.ZeroOutAllSmall(row.tol);
     EXPECT_EQ(matrix.AsVectorConst(), row.after);
   }
 }
 
 TEST(MCSymMatrixElementwise, ZeroOutAllSmallPassesOverNaN) {
-  MCSymMatrix matrix = Sym(2, {kNaN, kNaN, 4});
+  MCSymMatrix matrix = Packed({kNaN, kNaN, 4});
   matrix.ZeroOutAllSmall(1.0);
   EXPECT_TRUE(std::isnan(matrix.GetElem(0, 0)));
   EXPECT_TRUE(std::isnan(matrix.GetElem(1, 0)));
@@ -97,7 +88,7 @@ TEST(MCSymMatrixElementwise, ZeroOutAllSmallPassesOverNaN) {
 }
 
 TEST(MCSymMatrixElementwise, ZeroOutAllSmallLeavesNegativeZerosBesideAZeroDiagonal) {
-  MCSymMatrix matrix = Sym(2, {0, -0.0, 0});
+  MCSymMatrix matrix = Packed({0, -0.0, 0});
   matrix.ZeroOutAllSmall(1.0);
   EXPECT_TRUE(std::signbit(matrix.GetElem(1, 0)));
 }
@@ -120,19 +111,19 @@ TEST(MCSymMatrixElementwise, ZeroOutRowsForSmallDiagJudgesARowAgainstThoseBefore
       {{4, 5, 1, 6, 7, 0.5}, 2.0, {0, 0, 0, 0, 0, 0}},
   };
   for (const auto& row : cases) {
-    MCSymMatrix matrix = Sym(3, row.before);
+    MCSymMatrix matrix = Packed(row.before);
     matrix.ZeroOutRowsForSmallDiag(row.tol);
     EXPECT_EQ(matrix.AsVectorConst(), row.after);
   }
 }
 
 TEST(MCSymMatrixElementwise, ZeroOutRowsForSmallDiagKeepsARowWithANaNDiagonal) {
-  MCSymMatrix first = Sym(2, {kNaN, 5, 1});
+  MCSymMatrix first = Packed({kNaN, 5, 1});
   first.ZeroOutRowsForSmallDiag(0.5);
   EXPECT_TRUE(std::isnan(first.GetElem(0, 0)));
   EXPECT_EQ(first.GetElem(1, 0), 5.0);
   EXPECT_EQ(first.GetElem(1, 1), 1.0);
-  MCSymMatrix later = Sym(3, {4, 5, kNaN, 6, 7, 1});
+  MCSymMatrix later = Packed({4, 5, kNaN, 6, 7, 1});
   later.ZeroOutRowsForSmallDiag(0.5);
   EXPECT_EQ(later.GetElem(1, 0), 5.0);
   EXPECT_EQ(later.GetElem(2, 2), 0.0);  // still judged against the 4
@@ -152,34 +143,34 @@ TEST(MCSymMatrixElementwise, ZeroOutNonDiagComparesWithTheGeometricMeanOfTheDiag
       {{0, 0, 9, 1, 1, 16}, 0.5, {0, 0, 9, 1, 0, 16}},
   };
   for (const auto& row : cases) {
-    MCSymMatrix matrix = Sym(3, row.before);
+    MCSymMatrix matrix = Packed(row.before);
     matrix.ZeroOutNonDiag(row.tol);
     EXPECT_EQ(matrix.AsVectorConst(), row.after);
   }
 }
 
 TEST(MCSymMatrixElementwise, ZeroOutNonDiagKeepsNaN) {
-  MCSymMatrix matrix = Sym(2, {4, kNaN, 9});
+  MCSymMatrix matrix = Packed({4, kNaN, 9});
   matrix.ZeroOutNonDiag(1.0);
   EXPECT_TRUE(std::isnan(matrix.GetElem(1, 0)));
 }
 
 TEST(MCSymMatrixElementwise, AdjustOffDiagCorrBringsCorrelationsInside) {
-  MCSymMatrix matrix = Sym(4, {5, 1, 5, -1, 0.5, 5, 1.25, -7, -0.999, 5});
+  MCSymMatrix matrix = Packed({5, 1, 5, -1, 0.5, 5, 1.25, -7, -0.999, 5});
   EXPECT_TRUE(matrix.AdjustOffDiagCorr(0.25));
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{5, 0.75, 5, -0.75, 0.5, 5, 0.75, -0.75, -0.999, 5}));
 }
 
 TEST(MCSymMatrixElementwise, AdjustOffDiagCorrTakesDeltaFromZeroToBelowOne) {
   for (const double delta : {-0.1, 1.0, kNaN, kInf}) {
-    MCSymMatrix matrix = Sym(2, {1, 2, 1});
+    MCSymMatrix matrix = Packed({1, 2, 1});
     EXPECT_FALSE(matrix.AdjustOffDiagCorr(delta));
     EXPECT_EQ(matrix.GetElem(1, 0), 2.0);
   }
-  MCSymMatrix matrix = Sym(2, {1, 2, 1});
+  MCSymMatrix matrix = Packed({1, 2, 1});
   EXPECT_TRUE(matrix.AdjustOffDiagCorr(0.0));
   EXPECT_EQ(matrix.GetElem(1, 0), 1.0);
-  MCSymMatrix single = Sym(1, {7});
+  MCSymMatrix single = Packed({7});
   EXPECT_TRUE(single.AdjustOffDiagCorr(0.5));
   EXPECT_EQ(single.GetElem(0, 0), 7.0);
   EXPECT_TRUE(MCSymMatrix().AdjustOffDiagCorr(0.5));
@@ -194,8 +185,8 @@ TEST(MCSymMatrixElementwise, SetCovarZerosLooksAtBothMatricesAndZeroesInBoth) {
       {{1, 2, 3, 4, 5, 6}, {-1, 2, 3, 4, 5, 6}, {0, 0, 3, 0, 5, 6}, {0, 0, 3, 0, 5, 6}},
   };
   for (const auto& row : cases) {
-    MCSymMatrix first = Sym(3, row.a);
-    MCSymMatrix second = Sym(3, row.b);
+    MCSymMatrix first = Packed(row.a);
+    MCSymMatrix second = Packed(row.b);
     EXPECT_TRUE(first.SetCovarZeros(second));
     EXPECT_EQ(first.AsVectorConst(), row.wantA);
     EXPECT_EQ(second.AsVectorConst(), row.wantB);
@@ -203,7 +194,7 @@ TEST(MCSymMatrixElementwise, SetCovarZerosLooksAtBothMatricesAndZeroesInBoth) {
   MCSymMatrix a(3);
   MCSymMatrix other(2);
   EXPECT_FALSE(a.SetCovarZeros(other));
-  MCSymMatrix nan = Sym(1, {kNaN});
+  MCSymMatrix nan = Packed({kNaN});
   EXPECT_TRUE(nan.SetCovarZeros(nan));
   EXPECT_TRUE(std::isnan(nan.GetElem(0, 0)));
 }
@@ -219,7 +210,7 @@ TEST(MCSymMatrixElementwise, SetToVVFormsTheOuterProduct) {
 }
 
 TEST(MCSymMatrixElementwise, SetToVVOfItsOwnTriangle) {
-  MCSymMatrix matrix = Sym(2, {1, 2, 3});
+  MCSymMatrix matrix = Packed({1, 2, 3});
   matrix.SetToVV(matrix.AsVector());
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{1, 2, 4, 3, 6, 9}));
 }
@@ -231,8 +222,8 @@ TEST(MCSymMatrixElementwise, SetToVVOfTooManyEntriesIsInvalid) {
 }
 
 TEST(MCSymMatrixElementwise, ReplaceFirstRowsMovesTheLeadingTriangle) {
-  MCSymMatrix matrix = Sym(3, {1, 2, 3, 4, 5, 6});
-  const MCSymMatrix X = Sym(2, {10, 20, 30});
+  MCSymMatrix matrix = Packed({1, 2, 3, 4, 5, 6});
+  const MCSymMatrix X = Packed({10, 20, 30});
   EXPECT_TRUE(matrix.ReplaceFirstRows(X, 1));
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{10, 2, 3, 4, 5, 6}));
   EXPECT_TRUE(matrix.ReplaceFirstRows(X, 2));
@@ -245,13 +236,13 @@ TEST(MCSymMatrixElementwise, ReplaceFirstRowsMovesTheLeadingTriangle) {
 }
 
 TEST(MCSymMatrixElementwise, ExtractFirstNRowsDropsTheLastRow) {
-  const MCSymMatrix matrix = Sym(3, {1, 2, 3, 4, 5, 6});
+  const MCSymMatrix matrix = Packed({1, 2, 3, 4, 5, 6});
   MCSymMatrix out(2, 4);
   matrix.ExtractFirstNRows(out);
   EXPECT_EQ(out.AsVectorConst(), (Triangle{1, 2, 3}));
   EXPECT_EQ(out.GetNBlocks(), 1);
   EXPECT_EQ(out.GetBlockSize(), 2);
-  Sym(1, {7}).ExtractFirstNRows(out);
+  Packed({7}).ExtractFirstNRows(out);
   EXPECT_EQ(out.GetNRows(), 0);
   out.SetNRows(3);
   MCSymMatrix().ExtractFirstNRows(out);
@@ -259,29 +250,28 @@ TEST(MCSymMatrixElementwise, ExtractFirstNRowsDropsTheLastRow) {
 }
 
 TEST(MCSymMatrixElementwise, ExtractFirstNRowsOfItself) {
-  MCSymMatrix matrix = Sym(3, {1, 2, 3, 4, 5, 6});
+  MCSymMatrix matrix = Packed({1, 2, 3, 4, 5, 6});
   matrix.ExtractFirstNRows(matrix);
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{1, 2, 3}));
 }
 
 TEST(MCSymMatrixReductions, TraceAddsTheDiagonal) {
-  EXPECT_EQ(Sym(3, {1, 2, 3, 4, 5, 6}).Trace(), 10.0);
+  EXPECT_EQ(Packed({1, 2, 3, 4, 5, 6}).Trace(), 10.0);
   EXPECT_EQ(MCSymMatrix().Trace(), 0.0);
 }
 
 TEST(MCSymMatrixReductions, ExtremesOfDiagonalAndRest) {
   const struct {
-    int n;
     Triangle triangle;
     double maxD, minD, maxO, minO;
   } cases[] = {
-      {3, {1, -9, -2, 8, 5, 3}, 3, -2, 8, -9},
-      {1, {-5}, -5, -5, -kLargest, kLargest},
-      {2, {kNaN, kNaN, 2}, 2, 2, -kLargest, kLargest},
-      {1, {kNaN}, -kLargest, kLargest, -kLargest, kLargest},
+      {{1, -9, -2, 8, 5, 3}, 3, -2, 8, -9},
+      {{-5}, -5, -5, -kLargest, kLargest},
+      {{kNaN, kNaN, 2}, 2, 2, -kLargest, kLargest},
+      {{kNaN}, -kLargest, kLargest, -kLargest, kLargest},
   };
   for (const auto& row : cases) {
-    const MCSymMatrix matrix = Sym(row.n, row.triangle);
+    const MCSymMatrix matrix = Packed(row.triangle);
     double max = 0, min = 0, maxD = 0, minD = 0, maxO = 0, minO = 0;
     matrix.MaxMinDiag(max, min);
     EXPECT_EQ(max, row.maxD);
@@ -305,10 +295,10 @@ TEST(MCSymMatrixReductions, WithoutRowsTheExtremesAreLeftAlone) {
 }
 
 TEST(MCSymMatrixReductions, IsZeroRowLooksAtTheColumnsInTheMask) {
-  const MCSymMatrix matrix = Sym(3, {7, 0, -0.0, 1, 0, kNaN});
+  const MCSymMatrix matrix = Packed({7, 0, -0.0, 1, 0, kNaN});
   const struct {
     int row;
-    std::vector<int> mask;
+    std::vector<bool> mask;
     bool want;
   } cases[] = {
       {1, {1, 1, 1}, true}, {0, {1, 1, 1}, false},  {0, {0, 1, 0}, true},  {0, {0, 1, 1}, false},
@@ -316,12 +306,12 @@ TEST(MCSymMatrixReductions, IsZeroRowLooksAtTheColumnsInTheMask) {
       {1, {}, false},       {-1, {1, 1, 1}, false}, {3, {1, 1, 1}, false}, {0, {0, 0, 0}, true},
   };
   for (const auto& row : cases) EXPECT_EQ(matrix.IsZeroRow(row.row, Bits(row.mask)), row.want);
-  EXPECT_FALSE(MCSymMatrix().IsZeroRow(0, Bits({1})));
+  EXPECT_FALSE(MCSymMatrix().IsZeroRow(0, Bits({true})));
 }
 
 TEST(MCSymMatrixReductions, GetNCheckDiagonalReplacesWhatIsBelowTol) {
   std::vector<double> d(9, -1.0);
-  Sym(4, {1, 2, 0.5, 4, 5, 0.25, 7, 8, 9, kNaN}).GetNCheckDiagonal(d, 0.5, 3.0);
+  Packed({1, 2, 0.5, 4, 5, 0.25, 7, 8, 9, kNaN}).GetNCheckDiagonal(d, 0.5, 3.0);
   ASSERT_EQ(d.size(), 4U);
   EXPECT_EQ(d[0], 1.0);
   EXPECT_EQ(d[1], 0.5);  // equal isn't below

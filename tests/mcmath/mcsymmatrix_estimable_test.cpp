@@ -5,6 +5,7 @@
 #include "regression/frame/mcmv.h"
 #include "support/countingallocator.h"
 #include "support/extendedmatrix.h"
+#include "support/matrices.h"
 
 #include <climits>
 #include <gtest/gtest.h>
@@ -17,16 +18,11 @@ namespace {
 using MCCommonMath::MCBitSet;
 using MCCommonMath::MCRectMatrix;
 using MCCommonMath::MCSymMatrix;
+using mctest::Bits;
+using mctest::FromRows;
 using mctest::Packed;
-using mctest::Rows;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-MCBitSet Bits(const std::vector<bool>& bits) {
-  MCBitSet result;
-  for (const bool bit : bits) result.Append(bit);
-  return result;
-}
 
 const MCSymMatrix kThree = Packed({11, 21, 22, 31, 32, 33});
 
@@ -79,7 +75,7 @@ TEST(MCSymMatrixExtractH, KeptRowsBecomeColumnsWithUnitRows) {
   ASSERT_TRUE(kThree.ExtractH(0, 2, Bits({true, false, true}), H, col, used, -1));
   EXPECT_EQ(col, 2);
   EXPECT_EQ(used, Bits({true, false, true}));
-  const MCRectMatrix expected = Rows({{1, 0, 7}, {21, 32, 7}, {0, 1, 7}});
+  const MCRectMatrix expected = FromRows({{1, 0, 7}, {21, 32, 7}, {0, 1, 7}});
   for (int i = 0; i < 3; ++i) {
     for (int j = 0; j < 3; ++j) EXPECT_DOUBLE_EQ(H.GetElem(i, j), expected.GetElem(i, j));
   }
@@ -117,7 +113,7 @@ TEST(MCSymMatrixExtractH, UnitsAreWrittenAlsoInRowsThatWereNotCopied) {
 // Entries below 30000 * 10000 * 2^-52 = 6.7e-8 of a column's norm are noise.
 TEST(MCSymMatrixExtractH, CleansAsManyColumnsAsStandBeforeTheNewEnd) {
   const MCSymMatrix noisy = Packed({1, 1e-9, 1, 5, 1e-9, 1});
-  const MCRectMatrix start = Rows({{1, 0, 1, 1}, {1e-9, 0, 1e-9, 1e-9}, {0, 0, 0, 0}});
+  const MCRectMatrix start = FromRows({{1, 0, 1, 1}, {1e-9, 0, 1e-9, 1e-9}, {0, 0, 0, 0}});
   const struct {
     int col;
     std::vector<double> secondRow;
@@ -142,7 +138,7 @@ TEST(MCSymMatrixExtractH, CleansAsManyColumnsAsStandBeforeTheNewEnd) {
 }
 
 TEST(MCSymMatrixExtractH, NoKeptRowWritesNothingYetCleans) {
-  MCRectMatrix H = Rows({{1, 1, 1}, {1e-9, 1e-9, 1e-9}, {0, 0, 0}});
+  MCRectMatrix H = FromRows({{1, 1, 1}, {1e-9, 1e-9, 1e-9}, {0, 0, 0}});
   int col = 1;
   MCBitSet used(3);
   ASSERT_TRUE(kThree.ExtractH(0, 2, MCBitSet(3), H, col, used, -1));

@@ -4,6 +4,7 @@
 #include "regression/frame/mcmv.h"
 #include "support/countingallocator.h"
 #include "support/longmatrix.h"
+#include "support/matrices.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,7 @@ using mctest::ExpectSameBits;
 using mctest::ExpectWithin;
 using mctest::LongMatrix;
 using mctest::Numbers;
+using mctest::Packed;
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -27,12 +29,6 @@ constexpr int kHuge = std::numeric_limits<int>::max();
 constexpr int kSizes[] = {0, 1, 2, 3, 5, 8, 13, 21};
 
 using Triangle = std::vector<double>;
-
-MCSymMatrix Sym(int n, const Triangle& triangle) {
-  MCSymMatrix matrix(n);
-  matrix.AsVector() = triangle;
-  return matrix;
-}
 
 // What two operands of one size give for every size of the ladder.
 class ProductsOfSize : public testing::TestWithParam<int> {
@@ -308,7 +304,7 @@ TEST_P(ProductsOfSize, RefuseWhatDoesNotFit) {
     EXPECT_FALSE(S.ComputeSV(n, std::vector<double>(V.begin() + 1, V.end()), out));
   }
   EXPECT_EQ(out, kept);
-  MCSymMatrix sym = Sym(2, {1, 2, 3});
+  MCSymMatrix sym = Packed({1, 2, 3});
   EXPECT_FALSE(S.ComputeRSRTrans(wide, sym));
   EXPECT_FALSE(S.ComputeRTransSR(tall, sym));
   EXPECT_FALSE(S.ComputeLSLTrans(other, sym));
@@ -347,7 +343,7 @@ TEST_P(ProductsOfSize, AreMissingForWhatDoesNotFit) {
 }
 
 TEST(MCSymMatrixProducts, RVDOverAVectorChecksStrideTimesRows) {
-  const MCSymMatrix S = Sym(2, {1, 2, 3});
+  const MCSymMatrix S = Packed({1, 2, 3});
   const struct {
     std::size_t size;
     int stride;
@@ -367,11 +363,11 @@ TEST(MCSymMatrixProducts, RVDOverAVectorIsSafeFromAnOverflowOfStrideTimesRows) {
 
 TEST(MCSymMatrixProducts, RVDOverAnArrayTakesANegativeStride) {
   const double d[] = {1, 10, 100};
-  EXPECT_EQ(Sym(3, {1, 2, 3, 4, 5, 6}).ComputeRVD(0, d + 2, -1), 124.0);
+  EXPECT_EQ(Packed({1, 2, 3, 4, 5, 6}).ComputeRVD(0, d + 2, -1), 124.0);
 }
 
 TEST(MCSymMatrixProducts, IncrVecByRowAddsAMultipleOfALeadingRow) {
-  const MCSymMatrix S = Sym(3, {1, 2, 3, 4, 5, 6});
+  const MCSymMatrix S = Packed({1, 2, 3, 4, 5, 6});
   std::vector<double> v = {10, 20, 30, 40, 50};
   EXPECT_TRUE(S.IncrVecByRow(0, v, 2, 3, 2.0, true));
   EXPECT_EQ(v, (std::vector<double>{10, 20, 32, 44, 58}));
@@ -380,7 +376,7 @@ TEST(MCSymMatrixProducts, IncrVecByRowAddsAMultipleOfALeadingRow) {
 }
 
 TEST(MCSymMatrixProducts, IncrVecByRowChecksOnDemand) {
-  const MCSymMatrix S = Sym(3, {1, 2, 3, 4, 5, 6});
+  const MCSymMatrix S = Packed({1, 2, 3, 4, 5, 6});
   const int cases[][3] = {{-1, 0, 1}, {3, 0, 1}, {0, 0, 0}, {0, 0, -1},    {0, 0, 4},
                           {0, -1, 1}, {0, 5, 1}, {0, 3, 3}, {0, kHuge, 3}, {0, 0, kHuge}};
   for (const auto& at : cases) {
@@ -401,7 +397,7 @@ TEST(MCSymMatrixProducts, FormsWithoutRowsAreZero) {
 }
 
 TEST(MCSymMatrixProducts, PartsLongerThanTheirVectorAreMissing) {
-  const MCSymMatrix S = Sym(3, {1, 2, 3, 4, 5, 6});
+  const MCSymMatrix S = Packed({1, 2, 3, 4, 5, 6});
   const std::vector<double> two = {1, 1};
   const std::vector<double> three = {1, 1, 1};
   EXPECT_EQ(S.ComputeVSWParts(two, 3, three, 3), gMissingValue);
@@ -455,16 +451,16 @@ TEST(MCSymMatrixProducts, FormsOfVectorsDoNotAllocate) {
 }
 
 TEST(MCSymMatrixSquareRoot, OfAnOrdinaryFormIsItsRoot) {
-  const MCSymMatrix S = Sym(2, {4, 1, 9});
+  const MCSymMatrix S = Packed({4, 1, 9});
   EXPECT_EQ(S.SquareRootVSV({1, 1}), std::sqrt(15.0));
   EXPECT_EQ(S.SquareRootVSV({0, 0}), 0.0);
 }
 
 TEST(MCSymMatrixSquareRoot, OfAFormThatIsNotPositiveIsZero) {
-  EXPECT_EQ(Sym(1, {-4}).SquareRootVSV({1}), 0.0);
-  EXPECT_EQ(Sym(2, {0, 0, 0}).SquareRootVSV({1, 2}), 0.0);
-  EXPECT_EQ(Sym(1, {kNaN}).SquareRootVSV({1}), 0.0);
-  EXPECT_EQ(Sym(1, {1}).SquareRootVSV({kNaN}), 0.0);
+  EXPECT_EQ(Packed({-4}).SquareRootVSV({1}), 0.0);
+  EXPECT_EQ(Packed({0, 0, 0}).SquareRootVSV({1, 2}), 0.0);
+  EXPECT_EQ(Packed({kNaN}).SquareRootVSV({1}), 0.0);
+  EXPECT_EQ(Packed({1}).SquareRootVSV({kNaN}), 0.0);
 }
 
 TEST(MCSymMatrixSquareRoot, SurvivesAFormBeyondTheLargestDouble) {
@@ -479,34 +475,34 @@ TEST(MCSymMatrixSquareRoot, SurvivesAFormBeyondTheLargestDouble) {
                {3e250, 4.0, 6e250},
                {1.0, 1e308, 1e154}};
   for (const auto& row : cases) {
-    const double got = Sym(1, {row.s}).SquareRootVSV({row.v});
+    const double got = Packed({row.s}).SquareRootVSV({row.v});
     EXPECT_NEAR(got / row.want, 1.0, kTolerance) << row.want;
   }
-  const MCSymMatrix S = Sym(2, {2e200, 1e200, 2e200});
+  const MCSymMatrix S = Packed({2e200, 1e200, 2e200});
   EXPECT_NEAR(S.SquareRootVSV({1e100, 1e100}) / (std::sqrt(6.0) * 1e200), 1.0, kTolerance);
 }
 
 TEST(MCSymMatrixSquareRoot, BeyondTheLargestDoubleIsMissing) {
-  EXPECT_EQ(Sym(1, {1e300}).SquareRootVSV({1e300}), gMissingValue);
-  EXPECT_EQ(Sym(1, {1e10}).SquareRootVSV({1.7e308}), gMissingValue);
-  EXPECT_EQ(Sym(1, {kInf}).SquareRootVSV({1}), gMissingValue);
-  EXPECT_EQ(Sym(1, {1}).SquareRootVSV({kInf}), gMissingValue);
+  EXPECT_EQ(Packed({1e300}).SquareRootVSV({1e300}), gMissingValue);
+  EXPECT_EQ(Packed({1e10}).SquareRootVSV({1.7e308}), gMissingValue);
+  EXPECT_EQ(Packed({kInf}).SquareRootVSV({1}), gMissingValue);
+  EXPECT_EQ(Packed({1}).SquareRootVSV({kInf}), gMissingValue);
 }
 
 TEST(MCSymMatrixSquareRoot, OfAFormThatUnderflowsIsZero) {
   // The bound of the form starts at 1, so small forms are taken as they come.
-  EXPECT_EQ(Sym(1, {1}).SquareRootVSV({1e-200}), 0.0);
-  EXPECT_EQ(Sym(1, {1}).SquareRootVSV({1e-100}), 1e-100);
+  EXPECT_EQ(Packed({1}).SquareRootVSV({1e-200}), 0.0);
+  EXPECT_EQ(Packed({1}).SquareRootVSV({1e-100}), 1e-100);
 }
 
 TEST(MCSymMatrixSquareRoot, OfAMissingFormIsMissing) {
   // An off-diagonal element that makes the form the sentinel itself.
   const double half = gMissingValue / 2.0;
-  EXPECT_EQ(Sym(2, {0, half, 0}).SquareRootVSV({1, 1}), gMissingValue);
+  EXPECT_EQ(Packed({0, half, 0}).SquareRootVSV({1, 1}), gMissingValue);
 }
 
 TEST(MCSymMatrixGMG, AnotherSizeOfMAddsTheMissingValueToEachElement) {
-  const MCSymMatrix S = Sym(2, {1, 2, 3});
+  const MCSymMatrix S = Packed({1, 2, 3});
   const struct {
     std::size_t size;
     bool want;

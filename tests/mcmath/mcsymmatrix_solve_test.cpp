@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcsymmatrix.h"
 #include "support/extendedmatrix.h"
+#include "support/matrices.h"
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,7 @@ using mctest::Noise;
 using mctest::NoisyDefinite;
 using mctest::NoisySymmetric;
 using mctest::Packed;
+using mctest::WithDependentRow;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr int kLadder[] = {1, 2, 3, 5, 8, 13, 21, 34, 55};
@@ -31,11 +33,6 @@ ExtendedMatrix Column(const std::vector<double>& x) {
   ExtendedMatrix result(x.size(), 1);
   for (std::size_t i = 0; i < x.size(); ++i) result(i, 0) = x[i];
   return result;
-}
-
-// The matrix with its second column twice the first.
-MCSymMatrix WithDependentRow() {
-  return Packed({6, 12, 24, 5, 10, 10});
 }
 
 TEST(MCSymMatrixSubstitute, SolvesWithTheFactorInPlace) {

@@ -3,12 +3,13 @@
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcmv.h"
 #include "support/extendedmatrix.h"
+#include "support/matrices.h"
+#include "support/samebits.h"
 
 #include <climits>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -22,6 +23,7 @@ using mctest::NoisyDefinite;
 using mctest::NoisyMatrix;
 using mctest::NoisySymmetric;
 using mctest::Packed;
+using mctest::SameBits;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -31,13 +33,6 @@ MCBitSet AllBits(int n) {
   MCBitSet bits(n);
   bits.Negate();
   return bits;
-}
-
-bool SameBits(const MCSymMatrix& a, const MCSymMatrix& b) {
-  const auto& x = a.AsVectorConst();
-  const auto& y = b.AsVectorConst();
-  return x.size() == y.size() &&
-         (x.empty() || std::memcmp(x.data(), y.data(), x.size() * sizeof(double)) == 0);
 }
 
 // The sweep of one row as its definition says it, element by element.

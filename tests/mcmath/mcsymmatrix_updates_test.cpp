@@ -4,6 +4,7 @@
 #include "mcmath/mcsymmatrix.h"
 #include "support/countingallocator.h"
 #include "support/longmatrix.h"
+#include "support/matrices.h"
 
 #include <gtest/gtest.h>
 
@@ -18,26 +19,16 @@ using MCCommonMath::MCSymMatrix;
 using mctest::Chain;
 using mctest::ExpectSameBits;
 using mctest::ExpectWithin;
+using mctest::FromRows;
 using mctest::LongMatrix;
 using mctest::Numbers;
+using mctest::Packed;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr int kSizes[] = {0, 1, 2, 3, 5, 8, 13, 21};
 
 using Triangle = std::vector<double>;
-
-MCSymMatrix Sym(int n, const Triangle& triangle) {
-  MCSymMatrix matrix(n);
-  matrix.AsVector() = triangle;
-  return matrix;
-}
-
-MCRectMatrix Rect(int nRows, int nCols, const std::vector<double>& elements) {
-  MCRectMatrix matrix(nRows, nCols);
-  matrix.AsVector() = elements;
-  return matrix;
-}
 
 // The definition of the update, element by element: t = w x[i], then t x[j].
 void AddOuterProduct(MCSymMatrix& matrix, const std::vector<double>& x, double w) {
@@ -118,10 +109,10 @@ TEST(MCSymMatrixUpdate, TheRelativesOfUpdateXXSkipThoseRowsToo) {
   EXPECT_TRUE(masked.UpdateXXNonRedun({kInf, 0.0}, all, 1.0));
   EXPECT_EQ(masked.GetElem(1, 0), 0.0);
   MCSymMatrix joined(2);
-  EXPECT_TRUE(joined.UpdateXXMat2(Rect(1, 1, {kInf}), Rect(1, 1, {0.0}), 1.0));
+  EXPECT_TRUE(joined.UpdateXXMat2(FromRows({{kInf}}), FromRows({{0.0}}), 1.0));
   EXPECT_EQ(joined.GetElem(1, 0), 0.0);
   MCSymMatrix crossProducts;
-  EXPECT_TRUE(crossProducts.ComputeRTransByR(Rect(1, 2, {kInf, 0.0})));
+  EXPECT_TRUE(crossProducts.ComputeRTransByR(FromRows({{kInf, 0.0}})));
   EXPECT_EQ(crossProducts.GetElem(1, 0), 0.0);
 }
 
@@ -130,7 +121,7 @@ TEST(MCSymMatrixUpdate, SparseRowsAndRowProductsSkipNoZeros) {
   EXPECT_TRUE(sparse.UpdateXXSparse(2, {0, 1}, {kInf, 0.0}, 1.0));
   EXPECT_TRUE(std::isnan(sparse.GetElem(1, 0)));
   MCSymMatrix rowProducts;
-  EXPECT_TRUE(rowProducts.ComputeRByRTrans(Rect(2, 1, {kInf, 0.0})));
+  EXPECT_TRUE(rowProducts.ComputeRByRTrans(FromRows({{kInf}, {0.0}})));
   EXPECT_TRUE(std::isnan(rowProducts.GetElem(1, 0)));
 }
 
@@ -253,7 +244,7 @@ TEST(MCSymMatrixUpdate, UpdateXXSparseRefusesShortListsAndWeightsThatAreNotPosit
 }
 
 TEST(MCSymMatrixUpdate, UpdateXXSparseReadsItsOwnTriangleAsItWas) {
-  MCSymMatrix matrix = Sym(2, {1, 2, 3});
+  MCSymMatrix matrix = Packed({1, 2, 3});
   EXPECT_TRUE(matrix.UpdateXXSparse(2, {0, 1}, matrix.AsVectorConst(), 1.0));
   EXPECT_EQ(matrix.AsVectorConst(), (Triangle{2, 4, 7}));
 }
@@ -281,8 +272,8 @@ TEST(MCSymMatrixUpdate, UpdateXXMat2HasTheBitsOfUpdatesByTheJoinedRows) {
 }
 
 TEST(MCSymMatrixUpdate, UpdateXXMat2TestsItsWeightButDoesNotApplyIt) {
-  const MCRectMatrix A = Rect(2, 1, {1, 2});
-  const MCRectMatrix B = Rect(2, 1, {3, 5});
+  const MCRectMatrix A = FromRows({{1}, {2}});
+  const MCRectMatrix B = FromRows({{3}, {5}});
   for (const double w : {1.0, 2.0, 1e300}) {
     MCSymMatrix matrix(2);
     EXPECT_TRUE(matrix.UpdateXXMat2(A, B, w));

@@ -6,6 +6,7 @@
 #include "mcmath/detail/vectorpath.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
+#include "support/vectorpaths.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,9 @@ namespace {
 using MCCommonMath::MCBitSet;
 using MCCommonMath::MCSymMatrix;
 using MCCommonMath::detail::Dot;
+using MCCommonMath::detail::KernelsOf;
 using MCCommonMath::detail::RowStart;
+using MCCommonMath::detail::VectorKernels;
 using MCCommonMath::detail::VectorPath;
 
 std::vector<double> RandomValues(std::size_t count, unsigned seed) {
@@ -32,25 +35,21 @@ std::vector<double> RandomValues(std::size_t count, unsigned seed) {
 using DotRowsKernel = void (*)(const double* const*, const double*, std::size_t, double*);
 using AddOuterKernel = void (*)(double*, std::size_t, const double*, const double*, std::size_t);
 
-/// The kernels of every width, compiled here for the plain processor, and those in use.
-std::vector<DotRowsKernel> DotKernels() {
-  std::vector<DotRowsKernel> kernels = {DotRows<2>, DotRows<4>, DotRows<8>};
-  for (VectorPath path : {VectorPath::kSse2, VectorPath::kAvx2, VectorPath::kAvx512}) {
-    if (MCCommonMath::detail::IsSupported(path)) {
-      kernels.push_back(MCCommonMath::detail::KernelsOf(path).dotRows);
-    }
-  }
+/// Kernels compiled here for the plain processor, and those in use.
+template <class Kernel>
+std::vector<Kernel> WithThoseInUse(std::vector<Kernel> kernels, Kernel VectorKernels::*kernel) {
+  for (VectorPath path : mctest::SupportedPaths()) kernels.push_back(KernelsOf(path).*kernel);
   return kernels;
 }
 
+std::vector<DotRowsKernel> DotKernels() {
+  return WithThoseInUse<DotRowsKernel>({DotRows<2>, DotRows<4>, DotRows<8>},
+                                       &VectorKernels::dotRows);
+}
+
 std::vector<AddOuterKernel> OuterKernels() {
-  std::vector<AddOuterKernel> kernels = {AddOuter<2>, AddOuter<4>, AddOuter<8>};
-  for (VectorPath path : {VectorPath::kSse2, VectorPath::kAvx2, VectorPath::kAvx512}) {
-    if (MCCommonMath::detail::IsSupported(path)) {
-      kernels.push_back(MCCommonMath::detail::KernelsOf(path).addOuter);
-    }
-  }
-  return kernels;
+  return WithThoseInUse<AddOuterKernel>({AddOuter<2>, AddOuter<4>, AddOuter<8>},
+                                        &VectorKernels::addOuter);
 }
 
 TEST(RowKernels, DotRowsHasTheBitsOfDotAtEveryLengthAndWidth) {

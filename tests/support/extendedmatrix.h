@@ -3,6 +3,8 @@
 
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
+#include "support/matrices.h"
+#include "support/splitmix64.h"
 
 #include <algorithm>
 #include <cmath>
@@ -130,22 +132,16 @@ private:
   std::vector<long double> fData;
 };
 
-/// Numbers that are the same on every machine: the SplitMix64 generator (Steele, Lea, Flood 2014).
+/// Numbers that are the same on every machine.
 class Noise {
 public:
-  explicit Noise(std::uint64_t seed) : fState(seed) {}
+  explicit Noise(std::uint64_t seed) : fBits(seed) {}
 
   /// In [-1, 1), a multiple of 2^-52.
-  double Next() {
-    std::uint64_t z = (fState += 0x9E3779B97F4A7C15U);
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9U;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBU;
-    z ^= z >> 31;
-    return static_cast<double>(z >> 11) * 0x1p-52 - 1.0;
-  }
+  double Next() { return static_cast<double>(fBits.Next() >> 11) * 0x1p-52 - 1.0; }
 
 private:
-  std::uint64_t fState;
+  SplitMix64 fBits;
 };
 
 /// A matrix of noise.
@@ -177,30 +173,6 @@ inline MCCommonMath::MCSymMatrix NoisyDefinite(int n, std::uint64_t seed) {
     }
   }
   return result;
-}
-
-/// The symmetric matrix with these packed entries, which are n(n+1)/2.
-inline MCCommonMath::MCSymMatrix Packed(const std::vector<double>& entries) {
-  int n = 0;
-  while (static_cast<std::size_t>(n) * (static_cast<std::size_t>(n) + 1) / 2 < entries.size()) ++n;
-  MCCommonMath::MCSymMatrix result(n);
-  result.AsVector() = entries;
-  return result;
-}
-
-/// The rectangular matrix with these rows.
-inline MCCommonMath::MCRectMatrix Rows(const std::vector<std::vector<double>>& rows) {
-  const std::size_t cols = rows.empty() ? 0 : rows.front().size();
-  MCCommonMath::MCRectMatrix result(static_cast<int>(rows.size()), static_cast<int>(cols));
-  auto to = result.AsVector().begin();
-  for (const auto& row : rows) to = std::copy(row.begin(), row.end(), to);
-  return result;
-}
-
-inline std::vector<double> DiagonalOf(const MCCommonMath::MCSymMatrix& S) {
-  std::vector<double> diagonal;
-  for (int i = 0; i < S.GetNRows(); ++i) diagonal.push_back(S.GetElem(i, i));
-  return diagonal;
 }
 
 }  // namespace mctest

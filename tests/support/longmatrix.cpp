@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/longmatrix.h"
 
+#include "support/samebits.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -106,12 +108,6 @@ Reference Chain(const LongMatrix& start, const std::vector<LongMatrix>& factors)
 
 namespace {
 
-std::uint64_t BitsOf(double x) {
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &x, sizeof bits);
-  return bits;
-}
-
 // `got` has `nCols` columns, row by row.
 void ExpectElements(const std::vector<double>& got, const Reference& want) {
   ASSERT_EQ(got.size(), static_cast<std::size_t>(want.value.Rows() * want.value.Cols()));
@@ -150,11 +146,7 @@ void ExpectWithin(double got, const Reference& want) {
 }
 
 void ExpectSameBits(const std::vector<double>& got, const std::vector<double>& want) {
-  ASSERT_EQ(got.size(), want.size());
-  for (std::size_t k = 0; k < got.size(); ++k) {
-    EXPECT_EQ(BitsOf(got[k]), BitsOf(want[k]))
-        << "entry " << k << ": " << got[k] << " against " << want[k];
-  }
+  EXPECT_TRUE(SameBits(want, got));
 }
 
 void ExpectSameBits(double got, double want) {
