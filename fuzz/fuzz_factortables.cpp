@@ -2,13 +2,14 @@
 // Designs and rows of any bytes: the factor tables must agree with plain maps where every effect
 // is made of the design's factors, and survive where not.
 #include "regression/design/mcfactortables.h"
+#include "require.h"
 #include "support/factororacle.h"
 #include "support/makerecord.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <fuzzer/FuzzedDataProvider.h>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -17,10 +18,6 @@ using mctest::FactorDesign;
 using mctest::FactorOracle;
 
 constexpr int kNValues = 6;  // values of a row
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 FactorDesign TakeDesign(FuzzedDataProvider& data, bool knownFactors) {
   FactorDesign design;
@@ -70,12 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   FuzzedDataProvider data(bytes, size);
   const bool compare = data.ConsumeBool();
   const FactorDesign design = TakeDesign(data, compare);
-  MCFactorTables tables(design.factors, design.sizes, design.weightVar, design.dependentVar,
-                        design.nDepCategories, design.lowestCategory, -1, 0.0,
-                        MCConst::MC_OFFSET_NONE);
-  tables.SetRegrWeightVar(design.regrWeightVar);
-  tables.SetModelEffectFactors(design.effects, design.factors);
-  tables.SetCovariates(design.covariates);
+  const std::unique_ptr<MCFactorTables> owned = mctest::TablesOf(design);
+  MCFactorTables& tables = *owned;
   FactorOracle oracle(design);
 
   std::vector<std::vector<double>> rows;

@@ -6,12 +6,12 @@
 #include "regression/frame/mcmv.h"
 #include "regression/interface/imcregcomponent.h"
 #include "regression/interface/imcregoutputstats.h"
+#include "require.h"
 #include "support/makerecord.h"
 #include "support/rowsource.h"
 #include "support/scriptedcancel.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <limits>
@@ -22,14 +22,10 @@
 
 namespace {
 
-using Rows = std::vector<std::vector<double>>;
+using mctest::Rows;
 
 constexpr int kLastPosition = 7;  // of the values that a row usually has
 constexpr std::size_t kMaxRows = 40;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 int TakePosition(FuzzedDataProvider& data) {
   return data.ConsumeIntegralInRange(-1, kLastPosition + 1);

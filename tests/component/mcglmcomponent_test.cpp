@@ -21,12 +21,12 @@ namespace {
 using MCCommon::MCStatus;
 using MCCommon::Record;
 using mctest::RegressionDesign;
+using mctest::Rows;
 using mctest::RowSource;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using Rows = std::vector<std::vector<double>>;
 
 constexpr double kTolerance = 1e-12;  // small well-conditioned designs
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -146,12 +147,8 @@ TEST(MCFactorTablesOracle, GeneratedDesignsAreTabulatedAsByMaps) {
     SCOPED_TRACE(seed);
     Generator generator(seed);
     const FactorDesign design = generator.Design();
-    MCFactorTables tables(design.factors, design.sizes, design.weightVar, design.dependentVar,
-                          design.nDepCategories, design.lowestCategory, -1, 0.0,
-                          MCConst::MC_OFFSET_NONE);
-    tables.SetRegrWeightVar(design.regrWeightVar);
-    tables.SetModelEffectFactors(design.effects, design.factors);
-    tables.SetCovariates(design.covariates);
+    const std::unique_ptr<MCFactorTables> owned = mctest::TablesOf(design);
+    MCFactorTables& tables = *owned;
     FactorOracle oracle(design);
 
     for (int r = generator.Below(400); r >= 0; --r) {

@@ -4,6 +4,7 @@
 #include "regression/frame/mcmv.h"
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
+#include "support/makerecord.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,7 @@ namespace {
 using namespace MCConst;
 using MCCommon::MCStatus;
 using MCCommon::Record;
+using mctest::MakeRecord;
 using Doubles = std::vector<double>;
 using Ints = std::vector<int>;
 using Roles = std::vector<MCVariableType>;
@@ -28,12 +30,6 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr int kMaxInt = std::numeric_limits<int>::max();
 constexpr int kMinInt = std::numeric_limits<int>::min();
-
-Record MakeRecord(const Doubles& values) {
-  Record record(static_cast<int>(values.size()));
-  std::copy(values.begin(), values.end(), record.GetAll());
-  return record;
-}
 
 // What a test answers: accepted, rejected silently, or a code. With code 316 the position and the
 // value, by its text as NaN has no equal.

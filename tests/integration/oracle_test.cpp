@@ -15,7 +15,7 @@
 namespace {
 
 using mctest::DenseFit;
-using mctest::EffectSpec;
+using mctest::EffectTerms;
 using mctest::LibraryFit;
 using mctest::LinearProblem;
 
@@ -26,7 +26,7 @@ constexpr int kLevelsA = 4;
 constexpr int kLevelsB = 3;
 constexpr int kLevelsC = 6;
 
-const std::vector<std::vector<EffectSpec>> kEffectLists = {
+const std::vector<std::vector<EffectTerms>> kEffectLists = {
     {{{{kA, false}}, {}}},
     {{{{kA, false}}, {}}, {{{kB, false}}, {}}, {{{kA, false}, {kB, false}}, {}}},
     {{{}, {kX}}, {{}, {kX, kX}}, {{}, {kX, kX, kX}}},

@@ -3,6 +3,7 @@
 
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
+#include "support/makerecord.h"
 #include "support/regressiondesign.h"
 #include "support/rowsource.h"
 #include "support/scriptedcancel.h"
@@ -18,20 +19,15 @@
 namespace {
 using MCCommon::MCStatus;
 using MCCommon::Record;
+using mctest::MakeRecord;
 using mctest::RegressionDesign;
+using mctest::Rows;
 using mctest::RowSource;
 using mctest::ScriptedCancel;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Rows = std::vector<std::vector<double>>;
 
 constexpr double kTolerance = 1e-12;  // small well-conditioned designs
-
-Record MakeRecord(const std::vector<double>& values) {
-  Record record(static_cast<int>(values.size()));
-  for (int i = 0; i < record.Size(); ++i) record[i] = values[static_cast<std::size_t>(i)];
-  return record;
-}
 
 MCStatus BadValue(long position, double value) {
   MCStatus status(316, false);

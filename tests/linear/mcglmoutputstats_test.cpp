@@ -4,6 +4,7 @@
 #include "regression/linear/mcglmalgorithm.h"
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
+#include "support/makerecord.h"
 #include "support/regressiondesign.h"
 #include "support/rowsource.h"
 
@@ -17,18 +18,13 @@
 
 namespace {
 using MCCommon::Record;
+using mctest::MakeRecord;
 using mctest::RegressionDesign;
+using mctest::Rows;
 using mctest::RowSource;
 using testing::ElementsAre;
-using Rows = std::vector<std::vector<double>>;
 
 constexpr double kTolerance = 1e-12;  // small well-conditioned designs
-
-Record MakeRecord(const std::vector<double>& values) {
-  Record record(static_cast<int>(values.size()));
-  for (int i = 0; i < record.Size(); ++i) record[i] = values[static_cast<std::size_t>(i)];
-  return record;
-}
 
 // y at 0, factor a of three categories at 1, covariate x at 2; columns 1, a = 0, a = 2, x.
 RegressionDesign Design() {

@@ -37,7 +37,7 @@ bool IsUsable(const LinearProblem& problem, const Row& row) {
 
 // The factors of an effect in the order in which its parameters vary, slowest first: by nesting
 // level, then as the model lists them.
-std::vector<int> FactorsInOrder(const LinearProblem& problem, const EffectSpec& effect) {
+std::vector<int> FactorsInOrder(const LinearProblem& problem, const EffectTerms& effect) {
   std::vector<std::pair<int, int>> levels;  // level, factor
   for (const auto& [factor, nest] : effect.factors) {
     if (nest) {
@@ -63,7 +63,7 @@ Matrix BuildDesign(const LinearProblem& problem, const std::vector<Row>& rows) {
   if (problem.intercept) {
     for (Vector& line : design) line.push_back(1.0L);
   }
-  for (const EffectSpec& effect : problem.effects) {
+  for (const EffectTerms& effect : problem.effects) {
     const std::vector<int> factors = FactorsInOrder(problem, effect);
     auto codesOf = [&](const Row& row) {
       Codes codes;

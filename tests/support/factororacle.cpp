@@ -18,6 +18,16 @@ auto& At(Vector& values, long long i) {
 
 }  // namespace
 
+std::unique_ptr<MCFactorTables> TablesOf(const FactorDesign& design) {
+  auto tables = std::make_unique<MCFactorTables>(
+      design.factors, design.sizes, design.weightVar, design.dependentVar, design.nDepCategories,
+      design.lowestCategory, -1, 0.0, MCConst::MC_OFFSET_NONE);
+  tables->SetRegrWeightVar(design.regrWeightVar);
+  tables->SetModelEffectFactors(design.effects, design.factors);
+  tables->SetCovariates(design.covariates);
+  return tables;
+}
+
 FactorOracle::FactorOracle(const FactorDesign& design)
     : fDesign(design), fCells(design.effects.size()), fSums(design.covariates.size(), 0.0L) {
   for (const int size : design.sizes) fCounts.emplace_back(static_cast<std::size_t>(size));

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "regression/design/mcfactortables.h"
+
 #include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -19,6 +22,9 @@ struct FactorDesign {
   std::vector<std::vector<int>> effects;
   std::vector<int> covariates;
 };
+
+/// Tables that were told the design.
+std::unique_ptr<MCFactorTables> TablesOf(const FactorDesign& design);
 
 /// Tabulates rows and numbers parameters the plain and slow way: maps from lists of levels, and
 /// sums in long double.

@@ -17,14 +17,14 @@ LibraryFit::LibraryFit(const LinearProblem& problem) : fProblem(problem) {
   fSettings.SetInterceptUse(problem.intercept);
   fVariables = problem.factors;
   fVariables.insert(fVariables.end(), problem.covariates.begin(), problem.covariates.end());
-  for (const EffectSpec& effect : problem.effects) AddEffect(effect);
+  for (const EffectTerms& effect : problem.effects) AddEffect(effect);
 }
 
-void LibraryFit::AddEffect(const EffectSpec& spec) {
+void LibraryFit::AddEffect(const EffectTerms& terms) {
   MCModelEffect effect(static_cast<int>(fProblem.factors.size()),
                        static_cast<int>(fProblem.covariates.size()), &fVariables);
-  for (const auto& [factor, nest] : spec.factors) effect.AddNewFactor(factor, nest);
-  for (const int x : spec.covariates) effect.AddCovariate(x);
+  for (const auto& [factor, nest] : terms.factors) effect.AddNewFactor(factor, nest);
+  for (const int x : terms.covariates) effect.AddCovariate(x);
   fSettings.AddModelEffect(effect);
 }
 

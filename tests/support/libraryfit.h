@@ -28,7 +28,7 @@ public:
   const IMCRegOutputStats& Results();
 
 private:
-  void AddEffect(const EffectSpec& spec);
+  void AddEffect(const EffectTerms& terms);
 
   const LinearProblem& fProblem;
   std::vector<int> fVariables;

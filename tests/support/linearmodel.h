@@ -2,15 +2,14 @@
 #pragma once
 
 #include "regression/linear/mcglmmodel.h"
+#include "support/makerecord.h"
 #include "support/regressiondesign.h"
+#include "support/rowsource.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
 namespace mctest {
-
-using Rows = std::vector<std::vector<double>>;
 
 /// A linear model with its factor tables, fed by hand with rows in memory, all of them valid.
 class LinearModel {
@@ -40,11 +39,7 @@ public:
     std::vector<int> averaged = Settings().GetCovariates();
     averaged.push_back(Settings().GetDependent());
     fTables.SetCovariates(averaged);
-    for (const std::vector<double>& row : rows) {
-      MCCommon::Record record(static_cast<int>(row.size()));
-      std::copy(row.begin(), row.end(), record.GetAll());
-      fTables.UpdateAll(record);
-    }
+    for (const std::vector<double>& row : rows) fTables.UpdateAll(MakeRecord(row));
     fTables.CreateParameterIndices();
     fModel.SetOffsets(Settings().GetFactors(), Settings().GetCovariates(),
                       Settings().GetFrequencyWeightVar(), Settings().GetRegrWeightVar(),

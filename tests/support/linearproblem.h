@@ -8,7 +8,7 @@ namespace mctest {
 
 /// One model effect, as the host would add it: factors in order, each with its wish to nest, then
 /// covariates, one entry for each power.
-struct EffectSpec {
+struct EffectTerms {
   std::vector<std::pair<int, bool>> factors;
   std::vector<int> covariates;
 };
@@ -22,7 +22,7 @@ struct LinearProblem {
   int freqWeight = -1;
   int regrWeight = -1;
   bool intercept = true;
-  std::vector<EffectSpec> effects;
+  std::vector<EffectTerms> effects;
   std::vector<std::vector<double>> rows;
 };
 

@@ -5,7 +5,7 @@
 
 namespace mctest {
 
-RowSource::RowSource(std::vector<std::vector<double>> rows) : fRows(std::move(rows)) {}
+RowSource::RowSource(Rows rows) : fRows(std::move(rows)) {}
 
 void RowSource::NullAt(int pass, int row, bool forGood) {
   fNullPass = pass;

@@ -7,10 +7,12 @@
 
 namespace mctest {
 
+using Rows = std::vector<std::vector<double>>;
+
 /// A source of rows in memory that counts how it is used and fails where it is told to.
 class RowSource : public MCCommon::MultiPassRecordIter {
 public:
-  explicit RowSource(std::vector<std::vector<double>> rows);
+  explicit RowSource(Rows rows);
 
   bool HasMore() const override;
   MCCommon::Record* Next() override;
@@ -32,7 +34,7 @@ public:
   int fNextCalls = 0;
 
 private:
-  std::vector<std::vector<double>> fRows;
+  Rows fRows;
   MCCommon::Record fRecord{0};
   int fPosition = 0;
   int fFailNewPass = -1;
