@@ -2,7 +2,7 @@
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcmv.h"
-#include "support/longmatrix.h"
+#include "support/productbounds.h"
 
 #include <gtest/gtest.h>
 

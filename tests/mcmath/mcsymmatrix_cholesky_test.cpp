@@ -41,7 +41,7 @@ TEST(MCSymMatrixCholesky, TheFactorTimesItsTransposeIsTheMatrix) {
     const MCSymMatrix original = NoisyDefinite(n, 10 + static_cast<unsigned>(n));
     MCSymMatrix factor = original;
     EXPECT_EQ(factor.LTChol(DiagonalOf(original), 1e-12, true), 0);
-    const ExtendedMatrix L = ExtendedMatrix::Lower(factor);
+    const ExtendedMatrix L = ExtendedMatrix(factor).LowerTriangle();
     // Backward error of the factorisation, (n + 1) 2^-53 |L||L'| (Higham, Accuracy and Stability,
     // Theorem 10.3); no element of |L||L'| exceeds the largest diagonal element.
     const long double bound = 2 * (n + 1) * 0x1p-53L * ExtendedMatrix(original).Largest();

@@ -4,7 +4,7 @@
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcmv.h"
 #include "support/countingallocator.h"
-#include "support/longmatrix.h"
+#include "support/productbounds.h"
 
 #include <gtest/gtest.h>
 

@@ -215,7 +215,7 @@ TEST(MCSymMatrixLTProducts, AgreeWithExtendedPrecision) {
   for (const int n : kLadder) {
     SCOPED_TRACE(n);
     const MCSymMatrix factor = NoisyFactor(n, 70 + static_cast<unsigned>(n));
-    const ExtendedMatrix L = ExtendedMatrix::Lower(factor);
+    const ExtendedMatrix L = ExtendedMatrix(factor).LowerTriangle();
     // n terms of at most 4, each with two roundings.
     const long double bound = 8.0L * n * n * 0x1p-53L;
     MCSymMatrix work = factor;

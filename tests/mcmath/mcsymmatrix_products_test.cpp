@@ -3,8 +3,8 @@
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcmv.h"
 #include "support/countingallocator.h"
-#include "support/longmatrix.h"
 #include "support/matrices.h"
+#include "support/productbounds.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using MCMV::gMissingValue;
 using mctest::Chain;
 using mctest::ExpectSameBits;
 using mctest::ExpectWithin;
-using mctest::LongMatrix;
+using mctest::ExtendedMatrix;
 using mctest::Numbers;
 using mctest::Packed;
 
@@ -40,10 +40,10 @@ protected:
   const MCSymMatrix U = numbers.Sym(n);
   const std::vector<double> V = numbers.Vector(n);
   const std::vector<double> W = numbers.Vector(n);
-  const LongMatrix s{S};
-  const LongMatrix t{T};
-  const LongMatrix v{V};
-  const LongMatrix w{W};
+  const ExtendedMatrix s{S};
+  const ExtendedMatrix t{T};
+  const ExtendedMatrix v{V};
+  const ExtendedMatrix w{W};
 };
 
 INSTANTIATE_TEST_SUITE_P(Ladder, ProductsOfSize, testing::ValuesIn(kSizes));
@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(Ladder, ProductsOfSize, testing::ValuesIn(kSizes));
 TEST_P(ProductsOfSize, RowProducts) {
   for (int i = 0; i < n; ++i) {
     for (int j = 0; j < n; ++j) {
-      const LongMatrix row = s.Part(i, 0, 1, n);
+      const ExtendedMatrix row = s.Part(i, 0, 1, n);
       ExpectWithin(S.ComputeDotProduct2Rows(i, j), Chain({row, s.Part(0, j, n, 1)}));
       ExpectWithin(S.ComputeRowDotProductS(i, T, j), Chain({row, t.Part(0, j, n, 1)}));
       ExpectSameBits(S.ComputeRowDotProductS(i, T.AsVectorConst(), j),
@@ -63,10 +63,10 @@ TEST_P(ProductsOfSize, RowProducts) {
 TEST_P(ProductsOfSize, RowTimesStridedVector) {
   const std::vector<double> d = numbers.Vector(3 * n);
   for (int stride = 1; stride <= 3; ++stride) {
-    LongMatrix picked(n, 1);
-    for (int j = 0; j < n; ++j) picked.At(j, 0) = d[static_cast<std::size_t>(j * stride)];
+    std::vector<double> picked;
+    for (int j = 0; j < n; ++j) picked.push_back(d[static_cast<std::size_t>(j * stride)]);
     for (int i = 0; i < n; ++i) {
-      ExpectWithin(S.ComputeRVD(i, d, stride), Chain({s.Part(i, 0, 1, n), picked}));
+      ExpectWithin(S.ComputeRVD(i, d, stride), Chain({s.Part(i, 0, 1, n), ExtendedMatrix(picked)}));
       ExpectSameBits(S.ComputeRVD(i, d.data(), stride), S.ComputeRVD(i, d, stride));
     }
   }
@@ -120,7 +120,7 @@ TEST_P(ProductsOfSize, FormAddsEntriesTimesRowProductsInOrder) {
 TEST_P(ProductsOfSize, FormOfARowOfARectangularMatrix) {
   const MCRectMatrix R = numbers.Rect(3, n);
   for (int r = 0; r < 3; ++r) {
-    const LongMatrix row = LongMatrix(R).Part(r, 0, 1, n);
+    const ExtendedMatrix row = ExtendedMatrix(R).Part(r, 0, 1, n);
     ExpectWithin(S.ComputeVSV(R, r), Chain({row, s, row.Transposed()}));
   }
 }
@@ -147,14 +147,14 @@ TEST_P(ProductsOfSize, FormOverLeadingParts) {
 }
 
 TEST_P(ProductsOfSize, Traces) {
-  const auto trace = [](const LongMatrix& a) {
-    LongMatrix sum(1, 1);
-    for (int i = 0; i < a.Rows(); ++i) sum.At(0, 0) += a.At(i, i);
+  const auto trace = [](const ExtendedMatrix& a) {
+    ExtendedMatrix sum(1, 1);
+    for (std::size_t i = 0; i < a.Rows(); ++i) sum(0, 0) += a(i, i);
     return sum;
   };
   const mctest::Reference two = Chain({s, t});
   ExpectWithin(S.TraceOfProduct(T), {trace(two.value), trace(two.bound)});
-  const mctest::Reference three = Chain({s, t, LongMatrix(U)});
+  const mctest::Reference three = Chain({s, t, ExtendedMatrix(U)});
   ExpectWithin(S.TraceOfProductOfThree(T, U), {trace(three.value), trace(three.bound)});
 }
 
@@ -185,8 +185,8 @@ TEST_P(ProductsOfSize, ProductsWithRectangularMatrices) {
   for (const int m : kSizes) {
     const MCRectMatrix R = numbers.Rect(m, n);
     const MCRectMatrix Q = numbers.Rect(n, m);
-    const LongMatrix r(R);
-    const LongMatrix q(Q);
+    const ExtendedMatrix r(R);
+    const ExtendedMatrix q(Q);
     MCRectMatrix rect;
     MCSymMatrix sym;
     EXPECT_TRUE(S.ComputeRS(R, rect));
@@ -214,8 +214,8 @@ TEST_P(ProductsOfSize, ElementsOfSandwichesHaveTheBitsOfForms) {
 
 TEST_P(ProductsOfSize, AddedProductsStartFromAnOutputOfTheRightSize) {
   const MCRectMatrix R = numbers.Rect(n, n);
-  const LongMatrix r(R);
-  const LongMatrix start(U);
+  const ExtendedMatrix r(R);
+  const ExtendedMatrix start(U);
   MCSymMatrix out(U);
   EXPECT_TRUE(S.ComputeRSRTrans(R, out));
   ExpectWithin(out, Chain(start, {r, s, r.Transposed()}));
@@ -235,7 +235,7 @@ TEST_P(ProductsOfSize, AddedProductsStartFromAnOutputOfTheRightSize) {
 
 TEST_P(ProductsOfSize, AddedProductsStartFromZeroInAnOutputOfAnotherSize) {
   const MCRectMatrix R = numbers.Rect(n, n);
-  const LongMatrix r(R);
+  const ExtendedMatrix r(R);
   MCSymMatrix out = numbers.Sym(n + 1);
   EXPECT_TRUE(S.ComputeRSRTrans(R, out));
   ExpectWithin(out, Chain({r, s, r.Transposed()}));
@@ -261,7 +261,7 @@ TEST_P(ProductsOfSize, OutputsMayBeOperands) {
 
 TEST_P(ProductsOfSize, OutputMatricesMayBeOperands) {
   const MCRectMatrix square = numbers.Rect(n, n);
-  const LongMatrix r(square);
+  const ExtendedMatrix r(square);
   MCSymMatrix own(S);
   EXPECT_TRUE(own.ComputeSTransS(own));
   ExpectWithin(own, Chain({s, s}));
@@ -411,14 +411,14 @@ TEST(MCSymMatrixProducts, BlockForms) {
   Numbers numbers(3);
   MCSymMatrix S = numbers.Sym(6);
   ASSERT_TRUE(S.SetNBlocks(3));
-  const LongMatrix s(S);
+  const ExtendedMatrix s(S);
   const std::vector<double> V = numbers.Vector(2);
   const std::vector<double> W = numbers.Vector(2);
   for (int I = 0; I < 3; ++I) {
     for (int J = 0; J < 3; ++J) {
-      const LongMatrix block = s.Part(2 * I, 2 * J, 2, 2);
+      const ExtendedMatrix block = s.Part(2 * I, 2 * J, 2, 2);
       ExpectWithin(S.ComputeBlockVSW(I, J, V, W),
-                   Chain({LongMatrix(V).Transposed(), block, LongMatrix(W)}));
+                   Chain({ExtendedMatrix(V).Transposed(), block, ExtendedMatrix(W)}));
       ExpectSameBits(S.ComputeBlockVSV(I, J, V), S.ComputeBlockVSW(I, J, V, V));
     }
   }

@@ -29,12 +29,6 @@ std::vector<double> NoisyVector(int n, unsigned seed) {
   return result;
 }
 
-ExtendedMatrix Column(const std::vector<double>& x) {
-  ExtendedMatrix result(x.size(), 1);
-  for (std::size_t i = 0; i < x.size(); ++i) result(i, 0) = x[i];
-  return result;
-}
-
 TEST(MCSymMatrixSubstitute, SolvesWithTheFactorInPlace) {
   for (const int n : kLadder) {
     SCOPED_TRACE(n);
@@ -44,9 +38,9 @@ TEST(MCSymMatrixSubstitute, SolvesWithTheFactorInPlace) {
     ASSERT_EQ(factor.LTChol(DiagonalOf(A), 1e-12, true), 0);
     std::vector<double> x;
     EXPECT_EQ(factor.LTSubstitute(b, x), 0);
-    const ExtendedMatrix exact = ExtendedMatrix(A).Inverse() * Column(b);
+    const ExtendedMatrix exact = ExtendedMatrix(A).Inverse() * ExtendedMatrix(b);
     // Condition numbers below 100.
-    EXPECT_LE(Column(x).Difference(exact), n * 100 * 0x1p-52L * exact.Largest());
+    EXPECT_LE(ExtendedMatrix(x).Difference(exact), n * 100 * 0x1p-52L * exact.Largest());
     std::vector<double> own = b;
     EXPECT_EQ(factor.LTSubstitute(own, own), 0);
     EXPECT_EQ(own, x);
@@ -93,8 +87,8 @@ TEST(MCSymMatrixSolve, FactorsAndSolves) {
     MCSymMatrix work = A;
     std::vector<double> x;
     EXPECT_EQ(work.LTSolve(b, 1e-12, x), 0);
-    const ExtendedMatrix exact = ExtendedMatrix(A).Inverse() * Column(b);
-    EXPECT_LE(Column(x).Difference(exact), n * 100 * 0x1p-52L * exact.Largest());
+    const ExtendedMatrix exact = ExtendedMatrix(A).Inverse() * ExtendedMatrix(b);
+    EXPECT_LE(ExtendedMatrix(x).Difference(exact), n * 100 * 0x1p-52L * exact.Largest());
     MCSymMatrix factor = A;
     factor.LTChol(DiagonalOf(A), 1e-12, true);
     EXPECT_EQ(work.AsVectorConst(), factor.AsVectorConst());
@@ -157,9 +151,9 @@ TEST(MCSymMatrixSolveIndefiniteGI, SolvesMatricesThatAreNotDefinite) {
     std::vector<double> x;
     EXPECT_TRUE(A.SolveIndefiniteGI(1e-12, b, x));
     EXPECT_EQ(A.AsVectorConst(), before.AsVectorConst());
-    const ExtendedMatrix exact = ExtendedMatrix(A).Inverse() * Column(b);
+    const ExtendedMatrix exact = ExtendedMatrix(A).Inverse() * ExtendedMatrix(b);
     // The normal equations square a condition number below n.
-    EXPECT_LE(Column(x).Difference(exact), n * n * (n + 1) * 0x1p-52L * exact.Largest());
+    EXPECT_LE(ExtendedMatrix(x).Difference(exact), n * n * (n + 1) * 0x1p-52L * exact.Largest());
     std::vector<double> own = b;
     EXPECT_TRUE(A.SolveIndefiniteGI(1e-12, own, own));
     EXPECT_EQ(own, x);

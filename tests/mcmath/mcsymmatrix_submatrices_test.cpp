@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
-#include "support/longmatrix.h"
+#include "support/productbounds.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
 #include "support/countingallocator.h"
-#include "support/longmatrix.h"
 #include "support/matrices.h"
+#include "support/productbounds.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +19,8 @@ using MCCommonMath::MCSymMatrix;
 using mctest::Chain;
 using mctest::ExpectSameBits;
 using mctest::ExpectWithin;
+using mctest::ExtendedMatrix;
 using mctest::FromRows;
-using mctest::LongMatrix;
 using mctest::Numbers;
 using mctest::Packed;
 
@@ -299,7 +299,7 @@ TEST(MCSymMatrixUpdate, ComputeRTransByRAndItsCounterpartAgreeWithTheOracle) {
     for (const int n : kSizes) {
       Numbers numbers(static_cast<std::uint64_t>(100 * m + n));
       const MCRectMatrix R = numbers.Rect(m, n);
-      const LongMatrix full(R);
+      const ExtendedMatrix full(R);
       MCSymMatrix got(2, 2);
       EXPECT_TRUE(got.ComputeRTransByR(R));
       ExpectWithin(got, Chain({full.Transposed(), full}));

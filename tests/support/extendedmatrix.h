@@ -6,6 +6,8 @@
 #include "support/matrices.h"
 #include "support/splitmix64.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -33,14 +35,9 @@ public:
     Fill([&R](int i, int j) { return R.GetElem(i, j); });
   }
 
-  /// The lower triangle of S, zeros above it.
-  static ExtendedMatrix Lower(const MCCommonMath::MCSymMatrix& S) {
-    ExtendedMatrix result(S);
-    for (std::size_t i = 0; i < result.fRows; ++i) {
-      for (std::size_t j = i + 1; j < result.fCols; ++j) result(i, j) = 0;
-    }
-    return result;
-  }
+  /// One column.
+  explicit ExtendedMatrix(const std::vector<double>& column)
+      : fRows(column.size()), fCols(1), fData(column.begin(), column.end()) {}
 
   std::size_t Rows() const { return fRows; }
   std::size_t Cols() const { return fCols; }
@@ -55,7 +52,43 @@ public:
     return result;
   }
 
+  /// Every element replaced by its magnitude.
+  ExtendedMatrix Magnitudes() const {
+    ExtendedMatrix result(*this);
+    for (long double& x : result.fData) x = std::abs(x);
+    return result;
+  }
+
+  /// The elements above the diagonal set to 0.
+  ExtendedMatrix LowerTriangle() const {
+    ExtendedMatrix result(*this);
+    for (std::size_t i = 0; i < fRows; ++i) {
+      for (std::size_t j = i + 1; j < fCols; ++j) result(i, j) = 0;
+    }
+    return result;
+  }
+
+  /// `rows` by `cols` elements from (row, col) on, counted in int as the library does.
+  ExtendedMatrix Part(int row, int col, int rows, int cols) const {
+    const auto top = static_cast<std::size_t>(row);
+    const auto left = static_cast<std::size_t>(col);
+    ExtendedMatrix result(static_cast<std::size_t>(rows), static_cast<std::size_t>(cols));
+    for (std::size_t i = 0; i < result.fRows; ++i) {
+      for (std::size_t j = 0; j < result.fCols; ++j) result(i, j) = (*this)(top + i, left + j);
+    }
+    return result;
+  }
+
+  ExtendedMatrix operator+(const ExtendedMatrix& other) const {
+    EXPECT_EQ(fRows, other.fRows);
+    EXPECT_EQ(fCols, other.fCols);
+    ExtendedMatrix result(*this);
+    for (std::size_t k = 0; k < fData.size(); ++k) result.fData[k] += other.fData[k];
+    return result;
+  }
+
   ExtendedMatrix operator*(const ExtendedMatrix& other) const {
+    EXPECT_EQ(fCols, other.fRows);
     ExtendedMatrix result(fRows, other.fCols);
     for (std::size_t i = 0; i < fRows; ++i) {
       for (std::size_t j = 0; j < other.fCols; ++j) {

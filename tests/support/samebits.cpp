@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace mctest {
@@ -11,8 +12,14 @@ using MCCommonMath::MCSymMatrix;
 
 namespace {
 
+std::uint64_t BitsOf(double x) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &x, sizeof bits);
+  return bits;
+}
+
 bool HaveSameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  return BitsOf(a) == BitsOf(b);
 }
 
 bool HaveSameBitsOrAreNaN(double a, double b) {
