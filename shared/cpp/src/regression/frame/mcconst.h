@@ -31,6 +31,20 @@ enum MCModelFitStat : int {
   MC_FIT_MCFADDEN = 4      ///< McFadden R square (logistic)
 };
 
+/// Why an iterative estimation stopped. Only the first three ways to stop are convergence.
+enum MCConvergenceCriterion : int {
+  MC_CONV_NONE = 0,          ///< still iterating, or stopped by an error or a cancel
+  MC_CONV_LL = 1,            ///< the log-likelihood no longer changes
+  MC_CONV_PARAM = 2,         ///< the estimates no longer change
+  MC_CONV_BOTH = 3,          ///< neither changes any more
+  MC_CONV_SINGULAR = 4,      ///< the Hessian is singular
+  MC_CONV_HALVING = 5,       ///< no part of the last step that was tried raised the log-likelihood
+  MC_CONV_MAX_ITER = 6,      ///< iteration limit reached
+  MC_CONV_COMPLETE_SEP = 7,  ///< complete separation of the data
+  MC_CONV_QUASI_SEP = 8,     ///< quasi-complete separation
+  MC_CONV_NOT_RUN = 9        ///< no iteration was needed or possible
+};
+
 /// Where the offset of a record comes from.
 enum MCOffsetType : int {
   MC_OFFSET_NONE = 0,      ///< no offset, that is 0.0
