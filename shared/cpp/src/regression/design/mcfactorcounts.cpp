@@ -2,10 +2,10 @@
 #include "regression/design/mcfactorcounts.h"
 
 #include "regression/design/detail/mcfactorcounts_rows.h"
+#include "regression/design/detail/recordsize.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
-#include <limits>
 #include <tuple>
 
 namespace {
@@ -80,8 +80,7 @@ MCFactorCounts& MCFactorCounts::operator=(const MCFactorCounts& other) {
 }
 
 std::int64_t MCFactorCounts::SizeToRead(int position) {
-  if (position < 0) return std::numeric_limits<std::int64_t>::max();
-  return std::int64_t{position} + 1;
+  return MCCommon::detail::SizeToRead(position);
 }
 
 int MCFactorCounts::GetNCategories(int factor) const {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcfactortables.h"
 
-#include "regression/design/detail/mccellindex.h"
 #include "regression/design/detail/mcfactorcounts_rows.h"
+#include "regression/design/detail/mcparametergrid.h"
 #include "regression/design/detail/runningmeans.h"
 #include "regression/frame/mcmv.h"
 

@@ -12,7 +12,7 @@
 
 namespace MCCommon {
 namespace detail {
-class MCCellIndex;
+class MCParameterGrid;
 }
 }  // namespace MCCommon
 
@@ -199,7 +199,7 @@ private:
   double fTotalRegrWeight = 0.0;
   double fSampleSize = 0.0;
 
-  std::vector<MCCommon::detail::MCCellIndex> fCells;  // per local effect
-  std::vector<double> fCovariateValues;               // of the current row, side by side
+  std::vector<MCCommon::detail::MCParameterGrid> fCells;  // per local effect
+  std::vector<double> fCovariateValues;                   // of the current row, side by side
   std::int64_t fSizeToUpdate;  // values that a record must have for UpdateAll()
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/design/detail/mccellindex.h"
+#include "regression/design/detail/mcparametergrid.h"
 #include "regression/design/mcfactortables.h"
 #include "regression/frame/mccomponentdisplay.h"
 

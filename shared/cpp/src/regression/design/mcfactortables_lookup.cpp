@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/design/detail/mccellindex.h"
+#include "regression/design/detail/mcparametergrid.h"
 #include "regression/design/mcfactortables.h"
 #include "regression/frame/detail/mcnumericcast.h"
 
@@ -41,7 +41,7 @@ int MCFactorTables::GetParameterIndex(const MCHashtable<int>* table, MCHashKey& 
 
 int MCFactorTables::FindLocalEffect(std::size_t localEffect,
                                     const std::vector<int>& factorValues) const {
-  const MCCommon::detail::MCCellIndex& cells = fCells[localEffect];
+  const MCCommon::detail::MCParameterGrid& cells = fCells[localEffect];
   if (cells.IsUsed() && factorValues.size() >= fFactorValues.size()) {
     const int* const* cell = cells.Find(factorValues.data());
     return cell == nullptr || *cell == nullptr ? -1 : **cell;

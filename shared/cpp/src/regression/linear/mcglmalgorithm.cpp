@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/linear/mcglmalgorithm.h"
 
+#include "regression/design/detail/readrecords.h"
 #include "regression/frame/detail/mcnumericcast.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/frame/mcmv.h"
@@ -42,15 +43,11 @@ MCGLMAlgorithm::MCGLMAlgorithm(const MCRegSettings& settings)
 template <class UseRow>
 void MCGLMAlgorithm::ReadRows(MultiPassRecordIter& source, long nullRowCode, int& nRead,
                               UseRow useRow) {
-  while (!fStatus.IsError() && source.HasMore() && !fCancel.WillCancel()) {
-    const Record* record = source.Next();
-    if (record == nullptr) {
-      fStatus.Fail(nullRowCode);
-      break;
-    }
-    MCCommon::detail::CountUp(nRead);
-    if (IsValidRow(*record)) useRow(*record);
-  }
+  MCCommon::detail::ReadRecords(source, fCancel, nullRowCode, fStatus.Get(),
+                                [this, &nRead, &useRow](const Record& record) {
+                                  MCCommon::detail::CountUp(nRead);
+                                  if (IsValidRow(record)) useRow(record);
+                                });
 }
 
 // The validator knows the roles of positions. Where memory ran out while those were recorded they

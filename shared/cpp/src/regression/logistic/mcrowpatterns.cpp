@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "regression/logistic/mcrowpatterns.h"
+
+#include "regression/frame/mccomponentdisplay.h"
+
+#include <algorithm>
+
+void MCRowPatterns::Reserve(std::size_t nValues) {
+  fRecordData.reserve(nValues);
+}
+
+// Grows by a sixteenth, at least by the one row: doubling, as a vector does by itself, would leave
+// up to half of the memory of a build unused, for as long as the build lasts. In return a value is
+// moved up to 17 times, so this is for the patterns whose number of rows isn't known beforehand.
+double* MCRowPatterns::AddRow(std::size_t nValues) {
+  constexpr std::size_t kSpareShare = 16;
+  const std::size_t size = fRecordData.size();
+  if (size + nValues > fRecordData.capacity()) {
+    fRecordData.reserve(size + std::max(nValues, size / kSpareShare));
+  }
+  fRecordData.resize(size + nValues);
+  return fRecordData.data() + size;
+}
+
+void MCRowPatterns::Display() const {
+  MCComponentDisplay::DisplayText(1, "MCRowPatterns display start");
+  MCComponentDisplay::DisplayDV("fRecordData", fRecordData, false);
+  MCComponentDisplay::DisplayText(1, "MCRowPatterns display end");
+}
