@@ -34,6 +34,7 @@
 #include "regression/linear/mcglmalgorithm.h"
 #include "regression/linear/mcglmmodel.h"
 #include "regression/linear/mcglmoutputstats.h"
+#include "regression/logistic/mcaccumstatslogistic.h"
 #include "regression/logistic/mclogisticflags.h"
 #include "regression/logistic/mcpatterntabulator.h"
 #include "regression/logistic/mcrecorditerhandler.h"
