@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dataset.h"
 
+#include "errors.h"
 #include "interrupt.h"
 #include "regression/frame/mcmv.h"
+#include "text.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace mcfit {
 
@@ -17,40 +21,110 @@ bool IsWeight(Role role) {
   return role == Role::kFrequency || role == Role::kWeight;
 }
 
+// The elements moved to their new places.
+template <typename T>
+std::vector<T> Rearranged(const std::vector<T>& elements, const std::vector<int>& newPlaces) {
+  std::vector<T> moved(elements.size());
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    moved[static_cast<std::size_t>(newPlaces[i])] = elements[i];
+  }
+  return moved;
+}
+
 }  // namespace
 
-void RowCounts::Add(const RecordLayout& layout, const std::vector<double>& record) {
+bool RowCounts::Add(const RecordLayout& layout, const std::vector<double>& record) {
   ++read;
   for (std::size_t i = 0; i < record.size(); ++i) {
     if (record[i] == MCMV::gMissingValue) {
       ++missing[i];
-      return;
+      return false;
     }
     if (IsWeight(layout.Columns()[i].role) && record[i] <= 0.0) {
       ++notPositive[i];
-      return;
+      return false;
     }
   }
   ++used;
+  return true;
 }
 
 Dataset::Dataset(CsvReader& reader, const RecordLayout& layout, const MissingCells& missing,
                  ProgressLine& progress)
     : fLayout(&layout),
       fCounts(layout.Columns().size()),
-      fLabels(layout.Positions(Role::kFactor).size()) {
+      fLabels(layout.LabelledPositions().size()) {
   const RowEncoder encoder(reader, layout, kAllRoles, missing);
   std::vector<double> record;
   while (reader.NextRow()) {
     StopIfInterrupted();
     encoder.Encode(record, fLabels);
-    fCounts.Add(layout, record);
+    const bool isUsed = fCounts.Add(layout, record);
+    if (isUsed && layout.DependentHasLabels()) CountCategory(record);
     fRows.Append(record);
     if (progress.IsDue()) {
       progress.Show(fmt::format("reading {}: {} rows", reader.Name(), fCounts.read));
     }
   }
+  SortLabels();
+}
+
+void Dataset::CountCategory(const std::vector<double>& record) {
+  const auto at = [&](Role role) {
+    return record[static_cast<std::size_t>(fLayout->Position(role))];
+  };
+  const auto code = static_cast<std::size_t>(at(Role::kDependent));
+  if (code >= fCategoryCounts.size()) fCategoryCounts.resize(code + 1);
+  ++fCategoryCounts[code].rows;
+  const bool hasFrequency = fLayout->Position(Role::kFrequency) >= 0;
+  fCategoryCounts[code].cases += hasFrequency ? at(Role::kFrequency) : 1.0;
+}
+
+void Dataset::SortLabels() {
   for (LabelTable& labels : fLabels) fFinalCodes.push_back(labels.Sort());
+  if (!fLayout->DependentHasLabels()) return;
+  fCategoryCounts.resize(fFinalCodes[0].size());
+  fCategoryCounts = Rearranged(fCategoryCounts, fFinalCodes[0]);
+}
+
+int Dataset::UsedCategories() const {
+  const auto used = std::count_if(fCategoryCounts.begin(), fCategoryCounts.end(),
+                                  [](const CategoryCount& count) { return count.rows > 0; });
+  return static_cast<int>(used);
+}
+
+int Dataset::OrderCategories(const std::string& reference) {
+  std::vector<int> order;
+  std::vector<int> unused;
+  for (std::size_t code = 0; code < fCategoryCounts.size(); ++code) {
+    (fCategoryCounts[code].rows > 0 ? order : unused).push_back(static_cast<int>(code));
+  }
+  if (order.empty()) return -1;
+  const int sortedCode = ReferenceCode(reference, order);
+  const auto place = std::find(order.begin(), order.end(), sortedCode);
+  if (place != order.end()) std::rotate(place, place + 1, order.end());
+  order.insert(order.end(), unused.begin(), unused.end());
+
+  const std::vector<int> newCodes = fLabels[0].Arrange(order);
+  fCategoryCounts = Rearranged(fCategoryCounts, newCodes);
+  for (int& code : fFinalCodes[0]) code = newCodes[static_cast<std::size_t>(code)];
+  return newCodes[static_cast<std::size_t>(sortedCode)];
+}
+
+int Dataset::ReferenceCode(const std::string& reference, const std::vector<int>& used) const {
+  const int code = fLabels[0].Find(reference);
+  if (code >= 0) return code;
+  if (reference == "first") return used.front();
+  if (reference == "last") return used.back();
+  constexpr std::size_t kMostListed = 10;
+  std::vector<std::string> labels;
+  for (std::size_t i = 0; i < std::min(used.size(), kMostListed); ++i) {
+    labels.push_back(fLabels[0].Label(used[i]));
+  }
+  throw InputError(fmt::format("--reference: no row has {} in column {}; the categories are {}{}",
+                               Quoted(reference),
+                               Quoted(fLayout->At(fLayout->Position(Role::kDependent)).name),
+                               QuotedList(labels), used.size() > kMostListed ? ", ..." : ""));
 }
 
 }  // namespace mcfit

@@ -9,6 +9,7 @@
 #include "rowfile.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace mcfit {
@@ -19,8 +20,9 @@ struct RowCounts {
   explicit RowCounts(std::size_t width) : missing(width, 0), notPositive(width, 0) {}
 
   /// Counts a row, by the rules by which the library accepts it: dependent, factors and covariates
-  /// must be there, and weights above 0. A missing weight counts as missing.
-  void Add(const RecordLayout& layout, const std::vector<double>& record);
+  /// must be there, and weights above 0. A missing weight counts as missing. Answers whether the
+  /// row is used.
+  bool Add(const RecordLayout& layout, const std::vector<double>& record);
 
   std::int64_t Dropped() const { return read - used; }
 
@@ -28,6 +30,12 @@ struct RowCounts {
   std::int64_t used = 0;
   std::vector<std::int64_t> missing;      // per position
   std::vector<std::int64_t> notPositive;  // per position, for weights
+};
+
+/// How often the rows in use have a category of the dependent.
+struct CategoryCount {
+  std::int64_t rows = 0;
+  double cases = 0.0;  ///< sum of the frequencies
 };
 
 /// The rows of a CSV file as records in a temporary file, with what was learned while reading.
@@ -41,20 +49,46 @@ public:
   const RecordLayout& Layout() const { return *fLayout; }
   const RowCounts& Counts() const { return fCounts; }
 
-  /// The labels of each factor, in the order of the layout, with their final codes.
+  /// The labels of each labelled position of the layout, with their final codes.
   const std::vector<LabelTable>& Labels() const { return fLabels; }
+
+  /// The labels of the position, which must be a labelled one.
+  const LabelTable& LabelsAt(int position) const {
+    return fLabels[static_cast<std::size_t>(fLayout->LabelledNumber(position))];
+  }
+
+  /// Gives the categories of a dependent that has labels the codes that a logistic fit is to see:
+  /// first the K categories that the rows in use have, as labels sort but the reference last, so
+  /// that they are 0 to K - 1; behind them the categories of rows that are dropped. The library
+  /// lists categories in this very order, so a code is also the place of its category in there.
+  ///
+  /// `reference`: a label, or else "first" or "last" of the K as labels sort. Answers its code, K
+  /// or more for a category that only dropped rows have; -1 if no row is in use. Throws InputError
+  /// if no row has the label. To be called once, before the records are read back.
+  int OrderCategories(const std::string& reference);
+
+  /// K, the number of categories that rows in use have.
+  int UsedCategories() const;
+
+  /// Counts of the categories by their codes, for a dependent that has labels.
+  const std::vector<CategoryCount>& CategoryCounts() const { return fCategoryCounts; }
 
   /// The records, which still hold the codes of the order in which labels were first seen.
   RowFile& Rows() { return fRows; }
 
-  /// For each factor, the final code of each first-seen code.
+  /// For each labelled position, the final code of each first-seen code.
   const std::vector<std::vector<int>>& FinalCodes() const { return fFinalCodes; }
 
 private:
+  void CountCategory(const std::vector<double>& record);
+  void SortLabels();
+  int ReferenceCode(const std::string& reference, const std::vector<int>& used) const;
+
   const RecordLayout* fLayout;
   RowFile fRows;
   RowCounts fCounts;
   std::vector<LabelTable> fLabels;
+  std::vector<CategoryCount> fCategoryCounts;
   std::vector<std::vector<int>> fFinalCodes;
 };
 

@@ -51,18 +51,22 @@ std::vector<int> LabelTable::Sort() {
   keys.reserve(fLabels.size());
   for (const std::string& label : fLabels) keys.emplace_back(label);
 
-  std::vector<std::size_t> order(fLabels.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::sort(order.begin(), order.end(),
-            [&keys](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+  std::vector<int> order(fLabels.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::sort(order.begin(), order.end(), [&keys](int a, int b) {
+    return keys[static_cast<std::size_t>(a)] < keys[static_cast<std::size_t>(b)];
+  });
+  return Arrange(order);
+}
 
-  std::deque<std::string> sorted;
+std::vector<int> LabelTable::Arrange(const std::vector<int>& order) {
+  std::deque<std::string> arranged;
   std::vector<int> newCodes(fLabels.size());
-  for (const std::size_t oldCode : order) {
-    newCodes[oldCode] = static_cast<int>(sorted.size());
-    sorted.push_back(fLabels[oldCode]);
+  for (const int oldCode : order) {
+    newCodes[static_cast<std::size_t>(oldCode)] = static_cast<int>(arranged.size());
+    arranged.push_back(Label(oldCode));
   }
-  fLabels = std::move(sorted);
+  fLabels = std::move(arranged);
   Index();
   return newCodes;
 }

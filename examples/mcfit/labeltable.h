@@ -9,7 +9,7 @@
 
 namespace mcfit {
 
-/// The labels of one factor and their category codes, 0 to Size() - 1. While a file is read,
+/// The labels of one column and their category codes, 0 to Size() - 1. While a file is read,
 /// labels get codes in the order in which they are first seen; Sort() then gives them new codes in
 /// the order in which tables show them.
 class LabelTable {
@@ -38,6 +38,10 @@ public:
   /// Sorts the labels: numbers by value, then words by their bytes. Answers the new code of each
   /// old one.
   std::vector<int> Sort();
+
+  /// Puts the labels in another order: `order` names the code of each in turn, all of them once.
+  /// Answers the new code of each old one.
+  std::vector<int> Arrange(const std::vector<int>& order);
 
 private:
   void Index();

@@ -1,149 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "linearcommand.h"
 
-#include "csvreader.h"
-#include "dataset.h"
-#include "effectbuilder.h"
-#include "effectparser.h"
-#include "errors.h"
-#include "linearreport.h"
-#include "outputfile.h"
-#include "progressline.h"
-#include "scorer.h"
-#include "text.h"
-
-#include <fmt/format.h>
-
-#include <cstdio>
-#include <filesystem>
+#include "linearmodel.h"
 
 namespace mcfit {
 
-namespace {
-
-constexpr int kMostDigits = 17;
-
-bool IsSameFile(const std::string& a, const std::string& b) {
-  std::error_code ignored;
-  return std::filesystem::equivalent(a, b, ignored);
-}
-
-void Note(const std::string& text) {
-  fmt::print(stderr, "mcfit: {}\n", text);
-}
-
-/// The second file and where its scores go; everything about them that can fail before the fit
-/// fails in the constructor.
-class Prediction {
-public:
-  Prediction(const std::string& file, const std::string& out, const RecordLayout& layout,
-             const MissingCells& missing)
-      : fReader(file), fScorer(fReader, layout, missing), fPath(out), fOut(out) {}
-
-  void Run(const LinearModel& model, ProgressLine& progress) {
-    const ScoreCounts counts = fScorer.Run(model, fOut, progress);
-    fOut.Commit();
-    PrintResults("\n" + ScoreText(counts, fPath));
-  }
-
-private:
-  CsvReader fReader;
-  Scorer fScorer;
-  std::string fPath;
-  OutputFile fOut;
-};
-
-}  // namespace
-
 LinearCommand::LinearCommand(CLI::App& app)
-    : fpApp(app.add_subcommand("linear", "Fit a linear regression to the rows of a CSV file")) {
-  fpApp->add_option("data", fData, "CSV file with a header line; - for the standard input")
-      ->required();
-  DeclareModelOptions();
-  DeclareOtherOptions();
+    : FitCommand(app, "linear", "Fit a linear regression to the rows of a CSV file") {}
+
+std::vector<std::string> LinearCommand::ScoreColumns(const Dataset& /*data*/) const {
+  return {"predicted"};
 }
 
-void LinearCommand::DeclareModelOptions() {
-  fpApp->add_option("--dependent", fDependent, "Column of the dependent variable")->required();
-  fpApp->add_option("--factors", fFactors, "Columns with categories: a,b");
-  fpApp->add_option("--covariates", fCovariates, "Columns with numbers: x1,x2");
-  fpApp->add_option("--effects", fEffects,
-                    "Terms of the model: 'a, b, a*b, x1, x1^2, b(a)'; all main effects by default");
-  fpApp->add_option("--freq", fFrequency, "Column that tells how many cases a row stands for");
-  fpApp->add_option("--weight", fWeight, "Column of regression weights");
-  fpApp->add_flag("--no-intercept", fbNoIntercept, "Leave out the intercept");
-  fpApp->add_option("--tolerance", fTolerance,
-                    "A column is redundant if less than this share of it is left after the columns "
-                    "before it; 1e-12 by default");
-}
-
-void LinearCommand::DeclareOtherOptions() {
-  fpApp->add_option("--missing", fMissing,
-                    "Texts that mean a missing value beside the empty cell: NA,.");
-  fpApp->add_option("--digits", fDigits, "Significant digits in tables, 1 to 17; 7 by default");
-  CLI::Option* predict = fpApp->add_option("--predict", fPredict, "CSV file to be scored");
-  CLI::Option* out = fpApp->add_option("--out", fOut, "File that gets the scored rows");
-  predict->needs(out);
-  out->needs(predict);
-}
-
-void LinearCommand::CheckOptions() const {
-  // Written so that NaN is refused.
-  if (!(fTolerance > 0.0 && fTolerance < 1.0)) {
-    throw InputError("--tolerance must lie between 0 and 1");
-  }
-  if (fDigits < 1 || fDigits > kMostDigits) {
-    throw InputError(fmt::format("--digits must lie between 1 and {}", kMostDigits));
-  }
-  if (!fPredict) return;
-  if (fData == "-" && *fPredict == "-") {
-    throw InputError("the data and --predict can't both be the standard input");
-  }
-  if (IsSameFile(*fOut, fData) || IsSameFile(*fOut, *fPredict)) {
-    throw InputError(fmt::format("--out {} would overwrite an input file", Quoted(*fOut)));
-  }
-}
-
-ModelColumns LinearCommand::Columns() const {
-  ModelColumns columns;
-  columns.dependent = fDependent;
-  columns.factors = ParseNames(fFactors, "--factors");
-  columns.covariates = ParseNames(fCovariates, "--covariates");
-  columns.frequency = fFrequency;
-  columns.weight = fWeight;
-  return columns;
-}
-
-LinearDesign LinearCommand::Design(const EffectBuilder& builder) const {
-  LinearDesign design;
-  design.effects = fEffects ? builder.BuildAll(ParseEffects(*fEffects)) : builder.MainEffects();
-  design.hasIntercept = !fbNoIntercept;
-  design.tolerance = fTolerance;
-  const std::vector<std::string> unused = builder.Unused(design.effects);
-  if (!unused.empty()) {
-    Note(fmt::format("note: no effect uses {}; rows where it is missing are dropped all the same",
-                     QuotedList(unused)));
-  }
-  return design;
-}
-
-void LinearCommand::Run() {
-  CheckOptions();
-  const RecordLayout layout(Columns());
-  const EffectBuilder builder(layout);
-  const LinearDesign design = Design(builder);
-  const MissingCells missing{ParseNames(fMissing, "--missing")};
-
-  CsvReader reader(fData);
-  std::optional<Prediction> prediction;
-  if (fPredict) prediction.emplace(*fPredict, *fOut, layout, missing);
-
-  ProgressLine progress(stderr);
-  Dataset data(reader, layout, missing, progress);
-  const LinearModel model(data, design, progress);
-  for (const std::string& warning : model.Warnings()) Note(warning);
-  PrintResults(LinearReport(model, fDigits));
-  if (prediction) prediction->Run(model, progress);
+std::unique_ptr<FittedModel> LinearCommand::Fit(Dataset& data, const ModelDesign& design,
+                                                ProgressLine& progress) const {
+  return std::make_unique<LinearModel>(data, design, progress);
 }
 
 }  // namespace mcfit

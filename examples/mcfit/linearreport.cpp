@@ -2,12 +2,9 @@
 #include "linearreport.h"
 
 #include "mcmath/mcsymmatrix.h"
-#include "parametername.h"
 #include "regression/design/mcregrparameterstats.h"
 #include "regression/frame/mcconst.h"
-#include "regression/frame/mcmv.h"
-#include "statustext.h"
-#include "text.h"
+#include "reporttext.h"
 #include "texttable.h"
 
 #include <fmt/format.h>
@@ -18,45 +15,12 @@ namespace mcfit {
 
 namespace {
 
-/// Writes numbers to a given number of significant digits, and what isn't defined as a dot.
-class NumberText {
-public:
-  explicit NumberText(int digits) : fDigits(digits) {}
-
-  std::string operator()(std::optional<double> value) const {
-    return value ? fmt::format("{:.{}g}", *value, fDigits) : ".";
-  }
-
-private:
-  int fDigits;
-};
-
-std::optional<double> Defined(double statistic) {
-  if (statistic == MCMV::gMissingValue) return {};
-  return statistic;
-}
-
-bool FactorsInParens(const MCRegrParameter& parameter, const LinearDesign& design) {
-  const int effect = parameter.GetEffectIndex();
-  return effect >= 0 && design.effects[static_cast<std::size_t>(effect)].GetFactorsInParens();
-}
-
-std::string RowsText(const Dataset& data) {
-  const RowCounts& counts = data.Counts();
-  TextTable table(1);
-  table.Add({"Rows read", fmt::format("{}", counts.read)});
-  table.Add({"Rows used", fmt::format("{}", counts.used)});
-  table.Add({"Rows dropped", fmt::format("{}", counts.Dropped())});
-  return table.Text() + DroppedRowsText(counts, data.Layout());
-}
-
 std::vector<std::string> ParameterRow(const LinearModel& model, const LinearFit& fit,
                                       const NumberText& number, std::size_t i) {
   const IMCRegOutputStats& results = model.Results();
   const MCRegrParameter& parameter = (*results.GetParameters())[i];
   const MCRegrParameterStats& stats = results.GetParamStats()[i];
-  const std::string name = ParameterName(parameter, model.Layout(), model.Data().Labels(),
-                                         FactorsInParens(parameter, model.Design()));
+  const std::string name = ParameterName(parameter, model);
   if (stats.fRedundant) return {name, number(stats.fEstimate), ".", ".", "redundant"};
   const std::optional<double> error = fit.StandardError(results, stats.fIndex);
   std::optional<double> t;
@@ -73,9 +37,7 @@ std::string ParametersText(const LinearModel& model, const LinearFit& fit,
   for (std::size_t i = 0; i < count; ++i) table.Add(ParameterRow(model, fit, number, i));
   table.AddRule();
   std::string text = table.Text();
-  if (fit.rank < static_cast<int>(count)) {
-    text += "redundant: a linear combination of parameters above it, so its coefficient is 0\n";
-  }
+  if (fit.rank < static_cast<int>(count)) text += kRedundantNote;
   return text;
 }
 
@@ -125,11 +87,8 @@ std::optional<double> LinearFit::StandardError(const IMCRegOutputStats& results,
 std::string LinearReport(const LinearModel& model, int digits) {
   const NumberText number(digits);
   const LinearFit fit(model.Results());
-  const RecordLayout& layout = model.Layout();
-  return fmt::format("Linear regression of {}\n\n{}\n{}\n{}",
-                     Printable(layout.At(layout.Position(Role::kDependent)).name),
-                     RowsText(model.Data()), ParametersText(model, fit, number),
-                     FitText(model, fit, number));
+  return fmt::format("{}{}\n{}", HeadText("Linear", model.Data()),
+                     ParametersText(model, fit, number), FitText(model, fit, number));
 }
 
 }  // namespace mcfit

@@ -16,7 +16,7 @@ std::string CovariateName(const std::string& name, int power) {
 std::string FactorName(const MCRegrParameter& parameter, std::size_t i, const RecordLayout& layout,
                        const std::vector<LabelTable>& labels) {
   const int position = parameter.GetFactors()[i];
-  const LabelTable& table = labels[static_cast<std::size_t>(layout.FactorNumber(position))];
+  const LabelTable& table = labels[static_cast<std::size_t>(layout.LabelledNumber(position))];
   return fmt::format("{}={}", Printable(layout.At(position).name),
                      Printable(table.Label(parameter.GetCategories()[i])));
 }

@@ -12,7 +12,7 @@ namespace mcfit {
 
 /// A parameter as tables name it, with column names and labels: "(Intercept)", "a=low * b=2",
 /// "x1^2 * x2 * a=low", and with what it is nested in behind it: "b=2 (a=low)".
-/// `labels`: those of each factor of the layout, by the codes that the parameter uses.
+/// `labels`: those of each labelled position of the layout, by the codes that the parameter uses.
 /// `factorsInParens`: the factors are written behind the covariates, in parentheses: "x1 (a=low)".
 std::string ParameterName(const MCRegrParameter& parameter, const RecordLayout& layout,
                           const std::vector<LabelTable>& labels, bool factorsInParens);

@@ -28,7 +28,8 @@ const char* OptionOf(Role role) {
 
 }  // namespace
 
-RecordLayout::RecordLayout(const ModelColumns& columns) {
+RecordLayout::RecordLayout(const ModelColumns& columns)
+    : fbDependentHasLabels(columns.dependentHasLabels) {
   Add(columns.dependent, Role::kDependent);
   for (const std::string& name : columns.factors) Add(name, Role::kFactor);
   for (const std::string& name : columns.covariates) Add(name, Role::kCovariate);
@@ -61,6 +62,25 @@ std::vector<int> RecordLayout::Positions(Role role) const {
 int RecordLayout::Position(Role role) const {
   const std::vector<int> positions = Positions(role);
   return positions.empty() ? -1 : positions.front();
+}
+
+bool RecordLayout::IsLabelled(int position) const {
+  const Role role = At(position).role;
+  return role == Role::kFactor || (role == Role::kDependent && fbDependentHasLabels);
+}
+
+std::vector<int> RecordLayout::LabelledPositions() const {
+  std::vector<int> positions;
+  for (int i = 0; i < Width(); ++i) {
+    if (IsLabelled(i)) positions.push_back(i);
+  }
+  return positions;
+}
+
+int RecordLayout::LabelledNumber(int position) const {
+  // Labelled columns stand side by side at the front.
+  if (!IsLabelled(position)) return -1;
+  return fbDependentHasLabels ? position : position - Position(Role::kFactor);
 }
 
 int RecordLayout::PositionOfPredictor(const std::string& name) const {

@@ -10,6 +10,7 @@ namespace mcfit {
 /// The columns that a regression uses, by name, as the options tell them.
 struct ModelColumns {
   std::string dependent;
+  bool dependentHasLabels = false;  ///< it holds categories and not numbers
   std::vector<std::string> factors;
   std::vector<std::string> covariates;
   std::optional<std::string> frequency;
@@ -43,13 +44,21 @@ public:
   /// Position of the factor or covariate of that name, -1 if there is none.
   int PositionOfPredictor(const std::string& name) const;
 
-  /// How many-th factor stands at the position.
-  int FactorNumber(int position) const { return position - Position(Role::kFactor); }
+  /// Whether the dependent holds categories and not numbers.
+  bool DependentHasLabels() const { return fbDependentHasLabels; }
+
+  /// Positions that hold codes of labels, in order: a dependent that has labels, the factors.
+  std::vector<int> LabelledPositions() const;
+
+  /// How many-th of these positions this one is, -1 if it is none.
+  int LabelledNumber(int position) const;
 
 private:
   void Add(const std::string& name, Role role);
+  bool IsLabelled(int position) const;
 
   std::vector<Column> fColumns;
+  bool fbDependentHasLabels;
 };
 
 }  // namespace mcfit

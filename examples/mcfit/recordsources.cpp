@@ -24,22 +24,29 @@ MCCommon::Record* RecodedRows::Next() {
 }
 
 WatchedRows::WatchedRows(MCCommon::MultiPassRecordIter& source, ProgressLine& progress,
-                         std::int64_t rows, int passes)
-    : fSource(source), fProgress(progress), fRows(rows), fPasses(passes) {}
+                         const char* work, std::int64_t rows, int passes)
+    : fSource(source), fProgress(progress), fWork(work), fRows(rows), fPasses(passes) {}
 
 MCCommon::Record* WatchedRows::Next() {
   MCCommon::Record* record = fSource.Next();
+  // Not every reader asks for a new pass before the first one.
+  if (fRow == 0) ++fPass;
   ++fRow;
   if (fProgress.IsDue()) {
-    fProgress.Show(fmt::format("fitting: pass {} of {}, {} %", fPass, fPasses, 100 * fRow / fRows));
+    fProgress.Show(fmt::format("{}: {}{} %", fWork, PassText(), 100 * fRow / fRows));
   }
   return record;
 }
 
 int WatchedRows::NewPass() {
-  ++fPass;
   fRow = 0;
   return fSource.NewPass();
+}
+
+std::string WatchedRows::PassText() const {
+  if (fPasses == 1) return {};
+  if (fPasses == 0) return fmt::format("pass {}, ", fPass);
+  return fmt::format("pass {} of {}, ", fPass, fPasses);
 }
 
 }  // namespace mcfit

@@ -5,6 +5,7 @@
 #include "regression/frame/multipassrecorditer.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace mcfit {
@@ -14,8 +15,8 @@ namespace mcfit {
 /// puts the sorted codes in their place on the way to the library.
 class RecodedRows : public MCCommon::MultiPassRecordIter {
 public:
-  /// `source` is borrowed. `positions`: record positions of the factors; `codes`: for each factor,
-  /// the new code of each old one. Missing values stay.
+  /// `source` is borrowed. `positions`: record positions that hold codes; `codes`: for each of
+  /// them, the new code of each old one. Missing values stay.
   RecodedRows(MCCommon::MultiPassRecordIter& source, std::vector<int> positions,
               const std::vector<std::vector<int>>& codes);
 
@@ -34,10 +35,10 @@ private:
 /// how far it has come.
 class WatchedRows : public MCCommon::MultiPassRecordIter {
 public:
-  /// `source` and `progress` are borrowed. `rows`: how many rows a pass has; `passes`: how many
-  /// passes a build makes.
-  WatchedRows(MCCommon::MultiPassRecordIter& source, ProgressLine& progress, std::int64_t rows,
-              int passes);
+  /// `source`, `progress` and `work`, the name of the work, are borrowed. `rows`: how many rows a
+  /// pass has; `passes`: how many passes the work takes, 0 if that isn't known.
+  WatchedRows(MCCommon::MultiPassRecordIter& source, ProgressLine& progress, const char* work,
+              std::int64_t rows, int passes);
 
   bool HasMore() const override { return fSource.HasMore(); }
   MCCommon::Record* Next() override;
@@ -45,8 +46,11 @@ public:
   int NewPass() override;
 
 private:
+  std::string PassText() const;
+
   MCCommon::MultiPassRecordIter& fSource;
   ProgressLine& fProgress;
+  const char* fWork;
   std::int64_t fRows;
   std::int64_t fRow = 0;
   int fPasses;

@@ -21,29 +21,29 @@ RowEncoder::RowEncoder(const CsvReader& reader, const RecordLayout& layout,
   for (int i = 0; i < layout.Width(); ++i) {
     const RecordLayout::Column& column = layout.At(i);
     if (std::find(roles.begin(), roles.end(), column.role) == roles.end()) continue;
-    const int factor = column.role == Role::kFactor ? layout.FactorNumber(i) : -1;
-    fSources.push_back({i, column.role, factor, reader.ColumnIndex(column.name)});
+    fSources.push_back({i, layout.LabelledNumber(i), reader.ColumnIndex(column.name)});
   }
 }
 
-template <typename FactorCode>
-void RowEncoder::EncodeCells(std::vector<double>& record, FactorCode factorCode) const {
+template <typename LabelCode>
+void RowEncoder::EncodeCells(std::vector<double>& record, LabelCode labelCode) const {
   record.assign(fWidth, MCMV::gMissingValue);
   for (const Source& source : fSources) {
     if (fMissing.Contain(fReader.Cell(source.column))) continue;
     record[static_cast<std::size_t>(source.position)] =
-        source.role == Role::kFactor ? factorCode(source) : Number(source.column);
+        source.labels >= 0 ? labelCode(source) : Number(source.column);
   }
 }
 
 void RowEncoder::Encode(std::vector<double>& record, std::vector<LabelTable>& labels) const {
   EncodeCells(record, [&](const Source& source) {
     const int code =
-        labels[static_cast<std::size_t>(source.factor)].Add(fReader.Cell(source.column));
+        labels[static_cast<std::size_t>(source.labels)].Add(fReader.Cell(source.column));
     if (code < 0) {
-      fReader.FailAtCell(source.column,
-                         fmt::format("more than {} different labels; is this really a factor?",
-                                     LabelTable::kMostLabels));
+      fReader.FailAtCell(
+          source.column,
+          fmt::format("more than {} different labels; is this really a column of categories?",
+                      LabelTable::kMostLabels));
     }
     return static_cast<double>(code);
   });
@@ -54,7 +54,7 @@ int RowEncoder::EncodeKnown(std::vector<double>& record,
   int firstUnknown = -1;
   EncodeCells(record, [&](const Source& source) {
     const int code =
-        labels[static_cast<std::size_t>(source.factor)].Find(fReader.Cell(source.column));
+        labels[static_cast<std::size_t>(source.labels)].Find(fReader.Cell(source.column));
     if (code >= 0) return static_cast<double>(code);
     if (firstUnknown < 0) firstUnknown = source.position;
     return MCMV::gMissingValue;

@@ -26,7 +26,8 @@ public:
   RowEncoder(const CsvReader& reader, const RecordLayout& layout, const std::vector<Role>& roles,
              const MissingCells& missing);
 
-  /// Encodes the current row; labels that are new get codes. Throws InputError for a cell that
+  /// Encodes the current row; labels that are new get codes. `labels`: one table per labelled
+  /// position of the layout. Throws InputError for a cell that
   /// isn't a number where one is needed, and for too many labels.
   void Encode(std::vector<double>& record, std::vector<LabelTable>& labels) const;
 
@@ -35,14 +36,13 @@ public:
   int EncodeKnown(std::vector<double>& record, const std::vector<LabelTable>& labels) const;
 
 private:
-  template <typename FactorCode>
-  void EncodeCells(std::vector<double>& record, FactorCode factorCode) const;
+  template <typename LabelCode>
+  void EncodeCells(std::vector<double>& record, LabelCode labelCode) const;
   double Number(std::size_t column) const;
 
   struct Source {
-    int position;  // in the record
-    Role role;
-    int factor;          // number of the factor, if it is one
+    int position;        // in the record
+    int labels;          // which table has its labels, -1 if it holds numbers
     std::size_t column;  // in the file
   };
 

@@ -14,8 +14,6 @@ namespace mcfit {
 
 namespace {
 
-constexpr const char* kScoreColumn = "predicted";
-
 // Appends the cell, in quotes only if it can't be read back without.
 void AppendCell(std::string& line, std::string_view cell) {
   const bool needsQuotes = cell.find_first_of(",\"\r\n") != std::string_view::npos ||
@@ -30,38 +28,52 @@ void AppendCell(std::string& line, std::string_view cell) {
               csv_write(line.data() + begin, line.size() - begin, cell.data(), cell.size()));
 }
 
+// Appends the cells and ends the line.
+void FinishLine(std::string& line, const std::vector<std::string>& cells) {
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (i > 0) line += ',';
+    AppendCell(line, cells[i]);
+  }
+  line += '\n';
+}
+
 }  // namespace
 
 Scorer::Scorer(CsvReader& reader, const RecordLayout& layout, const MissingCells& missing)
     : fReader(reader),
       fEncoder(reader, layout, {Role::kFactor, Role::kCovariate}, missing),
-      fRecord(layout.Width()) {
-  const std::vector<std::string>& header = reader.Header();
-  if (std::find(header.begin(), header.end(), kScoreColumn) != header.end()) {
-    throw InputError(
-        fmt::format("{}: there is a column {} already", reader.Name(), Quoted(kScoreColumn)));
+      fRecord(layout.Width()) {}
+
+void Scorer::SetColumns(const std::vector<std::string>& columns) {
+  const std::vector<std::string>& header = fReader.Header();
+  for (const std::string& column : columns) {
+    if (std::find(header.begin(), header.end(), column) != header.end()) {
+      throw InputError(
+          fmt::format("{}: there is a column {} already", fReader.Name(), Quoted(column)));
+    }
   }
+  fColumns = columns;
 }
 
-ScoreCounts Scorer::Run(const LinearModel& model, OutputFile& out, ProgressLine& progress) {
+ScoreCounts Scorer::Run(const FittedModel& model, OutputFile& out, ProgressLine& progress) {
   std::string line;
   for (const std::string& name : fReader.Header()) {
     AppendCell(line, name);
     line += ',';
   }
-  out.Write(line + kScoreColumn + "\n");
+  FinishLine(line, fColumns);
+  out.Write(line);
 
   ScoreCounts counts;
   while (fReader.NextRow()) {
     StopIfInterrupted();
-    const std::optional<double> score = ScoreRow(model, counts);
+    if (!ScoreRow(model, counts)) fScores.assign(fColumns.size(), {});
     line.clear();
     for (std::size_t i = 0; i < fReader.Header().size(); ++i) {
       AppendCell(line, fReader.Cell(i));
       line += ',';
     }
-    if (score) fmt::format_to(std::back_inserter(line), "{}", *score);
-    line += '\n';
+    FinishLine(line, fScores);
     out.Write(line);
     if (progress.IsDue()) progress.Show(fmt::format("scoring: {} rows", counts.read));
   }
@@ -69,21 +81,21 @@ ScoreCounts Scorer::Run(const LinearModel& model, OutputFile& out, ProgressLine&
   return counts;
 }
 
-std::optional<double> Scorer::ScoreRow(const LinearModel& model, ScoreCounts& counts) {
+bool Scorer::ScoreRow(const FittedModel& model, ScoreCounts& counts) {
   ++counts.read;
   if (fEncoder.EncodeKnown(fValues, model.Data().Labels()) >= 0) {
     ++counts.unknownLabel;
-    return {};
+    return false;
   }
   std::copy(fValues.begin(), fValues.end(), fRecord.GetAll());
   MCCommon::MCStatus status;
   if (!model.Results().GetRecordValidator().IsValid4Scoring(fRecord, status)) {
     ++counts.missing;
-    return {};
+    return false;
   }
-  const std::optional<double> score = model.Predict(fRecord);
-  ++(score ? counts.scored : counts.unknownCombination);
-  return score;
+  const bool isScored = model.Score(fRecord, fScores);
+  ++(isScored ? counts.scored : counts.unknownCombination);
+  return isScored;
 }
 
 std::string ScoreText(const ScoreCounts& counts, const std::string& path) {

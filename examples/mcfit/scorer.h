@@ -2,7 +2,7 @@
 #pragma once
 
 #include "csvreader.h"
-#include "linearmodel.h"
+#include "fittedmodel.h"
 #include "outputfile.h"
 #include "progressline.h"
 #include "rowencoder.h"
@@ -22,21 +22,26 @@ struct ScoreCounts {
   std::int64_t unknownCombination = 0;  ///< the labels were never seen together
 };
 
-/// Scores the rows of a CSV file: the output has its columns and, behind them, the column
-/// "predicted", empty for a row that can't be scored.
+/// Scores the rows of a CSV file: the output has its columns and, behind them, the scores, empty
+/// for a row that can't be scored.
 class Scorer {
 public:
-  /// Looks for the factors and covariates in the file; throws InputError if one isn't there, or if
-  /// there is a column "predicted" already. All arguments are borrowed.
+  /// Looks for the factors and covariates in the file; throws InputError if one isn't there. All
+  /// arguments are borrowed.
   Scorer(CsvReader& reader, const RecordLayout& layout, const MissingCells& missing);
 
-  ScoreCounts Run(const LinearModel& model, OutputFile& out, ProgressLine& progress);
+  /// Names the columns of scores; throws InputError if the file has such a column already.
+  void SetColumns(const std::vector<std::string>& columns);
+
+  ScoreCounts Run(const FittedModel& model, OutputFile& out, ProgressLine& progress);
 
 private:
-  std::optional<double> ScoreRow(const LinearModel& model, ScoreCounts& counts);
+  bool ScoreRow(const FittedModel& model, ScoreCounts& counts);
 
   CsvReader& fReader;
   RowEncoder fEncoder;
+  std::vector<std::string> fColumns;
+  std::vector<std::string> fScores;  // of the row at hand
   std::vector<double> fValues;
   MCCommon::Record fRecord;
 };

@@ -38,15 +38,17 @@ RecordLayout FullLayout() {
 
 /// A CSV file read into a data set.
 struct Reading {
-  explicit Reading(const std::string& text, const MissingCells& missing = {})
-      : reader(folder.Write("data.csv", text)),
+  explicit Reading(const std::string& text, const MissingCells& missing = {},
+                   const RecordLayout& columns = FullLayout())
+      : layout(columns),
+        reader(folder.Write("data.csv", text)),
         progress(stderr),
         data(reader, layout, missing, progress) {}
 
   // The records in their file, passed on with their final codes.
   Rows FinalRows() {
     MCCommon::BinaryRecordIterator file(data.Rows().Rewind(), layout.Width());
-    mcfit::RecodedRows rows(file, layout.Positions(mcfit::Role::kFactor), data.FinalCodes());
+    mcfit::RecodedRows rows(file, layout.LabelledPositions(), data.FinalCodes());
     Rows result;
     while (rows.HasMore()) {
       const MCCommon::Record& record = *rows.Next();
@@ -56,7 +58,7 @@ struct Reading {
   }
 
   TemporaryFolder folder;
-  RecordLayout layout = FullLayout();
+  RecordLayout layout;
   mcfit::CsvReader reader;
   mcfit::ProgressLine progress;
   Dataset data;
@@ -104,6 +106,100 @@ TEST(McfitDataset, DroppedRowsAreCountedAtTheFirstColumnThatDropsThem) {
             "           1  frequency weight 'n' is missing\n"
             "           2  frequency weight 'n' is not above 0\n"
             "           1  weight 'w' is not above 0\n");
+}
+
+// The category of the dependent y, a factor a, the frequency n.
+RecordLayout CategoryLayout() {
+  mcfit::ModelColumns columns;
+  columns.dependent = "y";
+  columns.dependentHasLabels = true;
+  columns.factors = {"a"};
+  columns.frequency = "n";
+  return RecordLayout(columns);
+}
+
+// Rows in use have the categories low, mid, 10 and top; dropped ones beside these none, and all.
+const char* const kCategories =
+    "y,a,n\n"
+    "top,p,2\nnone,,1\nlow,q,1\nmid,p,3\nall,p,0\nlow,p,0.5\n10,q,1\ntop,,5\n,p,1\nmid,q,4\n";
+
+struct CategoryReading : Reading {
+  CategoryReading() : Reading(kCategories, {}, CategoryLayout()) {}
+
+  std::vector<std::string> Categories() const {
+    const mcfit::LabelTable& table = data.LabelsAt(0);
+    std::vector<std::string> labels;
+    for (int code = 0; code < table.Size(); ++code) labels.push_back(table.Label(code));
+    return labels;
+  }
+};
+
+TEST(McfitDataset, CategoriesInUseComeFirstWithTheReferenceAsTheirLast) {
+  const struct {
+    const char* reference;
+    int code;
+    std::vector<std::string> order;
+  } cases[] = {
+      {"last", 3, {"10", "low", "mid", "top", "all", "none"}},
+      {"first", 3, {"low", "mid", "top", "10", "all", "none"}},
+      {"low", 3, {"10", "mid", "top", "low", "all", "none"}},
+      {"top", 3, {"10", "low", "mid", "top", "all", "none"}},
+      // Only dropped rows have it, so another one is left to be the last in use.
+      {"none", 5, {"10", "low", "mid", "top", "all", "none"}},
+  };
+  for (const auto& c : cases) {
+    CategoryReading reading;
+    EXPECT_EQ(reading.data.OrderCategories(c.reference), c.code) << c.reference;
+    EXPECT_EQ(reading.Categories(), c.order) << c.reference;
+    EXPECT_EQ(reading.data.UsedCategories(), 4);
+  }
+}
+
+TEST(McfitDataset, RecordsAndCountsFollowTheOrderOfTheCategories) {
+  CategoryReading reading;
+  reading.data.OrderCategories("low");
+  EXPECT_EQ(reading.FinalRows(), (Rows{{2, 0, 2},
+                                       {5, kMissing, 1},
+                                       {3, 1, 1},
+                                       {1, 0, 3},
+                                       {4, 0, 0},
+                                       {3, 0, 0.5},
+                                       {0, 1, 1},
+                                       {2, kMissing, 5},
+                                       {kMissing, 0, 1},
+                                       {1, 1, 4}}));
+  std::vector<std::int64_t> rows;
+  std::vector<double> cases;
+  for (const mcfit::CategoryCount& count : reading.data.CategoryCounts()) {
+    rows.push_back(count.rows);
+    cases.push_back(count.cases);
+  }
+  EXPECT_EQ(rows, (std::vector<std::int64_t>{1, 2, 1, 2, 0, 0}));
+  EXPECT_EQ(cases, (std::vector<double>{1, 7, 2, 1.5, 0, 0}));
+}
+
+TEST(McfitDataset, ALabelComesBeforeTheWordsFirstAndLast) {
+  Reading reading("y,a,n\nlast,p,1\nbest,p,1\nworst,p,1\n", {}, CategoryLayout());
+  EXPECT_EQ(reading.data.OrderCategories("last"), 2);
+  EXPECT_EQ(reading.data.LabelsAt(0).Label(2), "last");
+}
+
+TEST(McfitDataset, AReferenceThatNoRowHasIsRefused) {
+  EXPECT_EQ(RefusalOf([] { CategoryReading().data.OrderCategories("medium"); }),
+            "--reference: no row has 'medium' in column 'y'; the categories are '10', 'low', "
+            "'mid', 'top'");
+  std::string text = "y,a,n\n";
+  for (char category = 'a'; category < 'm'; ++category) text += std::string(1, category) + ",p,1\n";
+  EXPECT_THAT(RefusalOf([&] { Reading(text, {}, CategoryLayout()).data.OrderCategories("z"); }),
+              testing::EndsWith("'i', 'j', ..."));
+}
+
+TEST(McfitDataset, WithoutRowsInUseThereIsNoReference) {
+  for (const char* text : {"y,a,n\n", "y,a,n\nbest,,1\n,p,1\n"}) {
+    Reading reading(text, {}, CategoryLayout());
+    EXPECT_EQ(reading.data.OrderCategories("best"), -1);
+    EXPECT_EQ(reading.data.UsedCategories(), 0);
+  }
 }
 
 TEST(McfitDataset, TextsCanStandForMissingValues) {
@@ -157,7 +253,7 @@ TEST(McfitRecodedRows, EveryPassAndEveryEndIsThatOfTheSource) {
   MCCommon::BinaryRecordIterator source(file.Rewind(), 2);
   mcfit::RecodedRows recoded(source, {1}, {{5, 3}});
   mcfit::ProgressLine progress(stderr);
-  mcfit::WatchedRows rows(recoded, progress, 2, 3);
+  mcfit::WatchedRows rows(recoded, progress, "fitting", 2, 3);
   for (int pass = 0; pass < 2; ++pass) {
     EXPECT_EQ(rows.NewPass(), 0);
     EXPECT_EQ((*rows.Next())[1], 3.0);

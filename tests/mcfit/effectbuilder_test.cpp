@@ -102,7 +102,25 @@ TEST(McfitRecordLayout, RecordsHoldTheColumnsByRole) {
   EXPECT_EQ(layout.Positions(mcfit::Role::kCovariate), (std::vector<int>{2, 3}));
   EXPECT_EQ(layout.PositionOfPredictor("z"), 3);
   EXPECT_EQ(layout.PositionOfPredictor("y"), -1);
-  EXPECT_EQ(layout.FactorNumber(1), 0);
+  EXPECT_EQ(layout.LabelledPositions(), (std::vector<int>{1}));
+  EXPECT_EQ(layout.LabelledNumber(0), -1);
+  EXPECT_EQ(layout.LabelledNumber(1), 0);
+  EXPECT_EQ(layout.LabelledNumber(2), -1);
+}
+
+TEST(McfitRecordLayout, ADependentMayHoldLabelsToo) {
+  mcfit::ModelColumns columns;
+  columns.dependent = "y";
+  columns.dependentHasLabels = true;
+  columns.factors = {"a", "b"};
+  columns.covariates = {"x"};
+  const RecordLayout layout(columns);
+  EXPECT_TRUE(layout.DependentHasLabels());
+  EXPECT_EQ(layout.LabelledPositions(), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(layout.LabelledNumber(0), 0);
+  EXPECT_EQ(layout.LabelledNumber(2), 2);
+  EXPECT_EQ(layout.LabelledNumber(3), -1);
+  EXPECT_EQ(layout.Positions(mcfit::Role::kFactor), (std::vector<int>{1, 2}));
 }
 
 TEST(McfitRecordLayout, AColumnTakesOneRole) {

@@ -35,6 +35,15 @@ TEST(McfitLabelTable, SortingTellsTheNewCodeOfEachOldOne) {
   EXPECT_EQ(table.Label(2), "quince");
 }
 
+TEST(McfitLabelTable, ArrangingPutsLabelsInAGivenOrder) {
+  LabelTable table;
+  for (const char* label : {"pear", "apple", "quince"}) table.Add(label);
+  EXPECT_EQ(table.Arrange({1, 2, 0}), (std::vector<int>{2, 0, 1}));
+  EXPECT_EQ(table.Label(0), "apple");
+  EXPECT_EQ(table.Find("quince"), 1);
+  EXPECT_EQ(table.Find("pear"), 2);
+}
+
 TEST(McfitLabelTable, LabelsThatAreNumbersSortByValue) {
   EXPECT_EQ(Sorted({"10", "9", "-1", "1e1", "2.5", "+3"}),
             (std::vector<std::string>{"-1", "2.5", "+3", "9", "10", "1e1"}));

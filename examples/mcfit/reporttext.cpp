@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "reporttext.h"
+
+#include "parametername.h"
+#include "regression/frame/mcmv.h"
+#include "statustext.h"
+#include "text.h"
+#include "texttable.h"
+
+#include <fmt/format.h>
+
+namespace mcfit {
+
+const char* const kRedundantNote =
+    "redundant: a linear combination of parameters above it, so its coefficient is 0\n";
+
+std::string NumberText::operator()(std::optional<double> value) const {
+  return value ? fmt::format("{:.{}g}", *value, fDigits) : ".";
+}
+
+std::optional<double> Defined(double statistic) {
+  if (statistic == MCMV::gMissingValue) return {};
+  return statistic;
+}
+
+std::string HeadText(const char* kind, const Dataset& data) {
+  const RowCounts& counts = data.Counts();
+  const RecordLayout& layout = data.Layout();
+  TextTable table(1);
+  table.Add({"Rows read", fmt::format("{}", counts.read)});
+  table.Add({"Rows used", fmt::format("{}", counts.used)});
+  table.Add({"Rows dropped", fmt::format("{}", counts.Dropped())});
+  return fmt::format("{} regression of {}\n\n{}{}\n", kind,
+                     Printable(layout.At(layout.Position(Role::kDependent)).name), table.Text(),
+                     DroppedRowsText(counts, layout));
+}
+
+std::string ParameterName(const MCRegrParameter& parameter, const FittedModel& model) {
+  const int effect = parameter.GetEffectIndex();
+  const bool factorsInParens =
+      effect >= 0 && model.Design().effects[static_cast<std::size_t>(effect)].GetFactorsInParens();
+  return ParameterName(parameter, model.Layout(), model.Data().Labels(), factorsInParens);
+}
+
+}  // namespace mcfit
