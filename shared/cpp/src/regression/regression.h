@@ -37,6 +37,7 @@
 #include "regression/logistic/mcaccumstatslogistic.h"
 #include "regression/logistic/mciterationreporter.h"
 #include "regression/logistic/mclogisticflags.h"
+#include "regression/logistic/mclogmodel.h"
 #include "regression/logistic/mcpatterntabulator.h"
 #include "regression/logistic/mcrecorditerhandler.h"
 #include "regression/logistic/mcregoptimizer.h"

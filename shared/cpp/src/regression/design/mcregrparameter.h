@@ -41,8 +41,8 @@ public:
   int GetEffectIndex() const { return fEffectIndex; }
   void SetEffectIndex(int index);
 
-  /// Category of the dependent that a logistic parameter belongs to; -1 at first, and for basic
-  /// and linear parameters. Any value is stored.
+  /// Category of the dependent that a logistic parameter belongs to (a basic one: that of the first
+  /// block); -1 at first, and for linear parameters. Any value is stored.
   int GetTargetCategory() const { return fTargetCategory; }
   void SetTargetCategory(int category) { fTargetCategory = category; }
 

@@ -2,14 +2,16 @@
 #include "regression/linear/mcglmmodel.h"
 
 #include "mcmath/detail/mccrossproduct.h"
+#include "regression/design/detail/mcdesigncolumns.h"
+#include "regression/design/detail/mcparameterlist.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <new>
 #include <utility>
 
 using MCCommon::MCStatus;
+using MCCommon::detail::MCDesignColumns;
 using MCCommonMath::MCSymMatrix;
 using MCCommonMath::detail::MCCrossProduct;
 
@@ -38,12 +40,8 @@ void MCGLMModel::SetOffsets(const std::vector<int>& factors, const std::vector<i
   fRegrWeightOffset = regrWeight;
   fDependentOffset = dependent;
 
-  const std::vector<int>& variables = fSettings->GetCovariates();
-  const int largest = variables.empty() ? 0 : *std::max_element(variables.begin(), variables.end());
-  fCovariateLookup.assign(static_cast<std::size_t>(largest) + 1, -1);
-  for (std::size_t i = 0; i < variables.size() && i < covariates.size(); ++i) {
-    fCovariateLookup[static_cast<std::size_t>(variables[i])] = covariates[i];
-  }
+  fCovariateLookup =
+      MCCommon::detail::MakeCovariateLookup(fSettings->GetCovariates(), covariates, 1);
   if (fParamsCreated) CompileColumns();
 }
 
@@ -51,9 +49,9 @@ MCStatus MCGLMModel::CreateParameters(MCFactorTables* factorTables) {
   if (fStatus.IsError() || fParamsCreated) return fStatus;
   if (factorTables == nullptr) return Fail(MCCommon::MCS_NOT_PROCESSED);
   fFactorTables = factorTables;
-  const bool hasBegun = ListParameters();
+  const bool isComplete = ListParameters();
   if (fParameters.size() > kMaxParameters) return FailForSize(kMaxParameters);
-  if (!hasBegun || IsListCutShort()) {
+  if (!isComplete) {
     ClearParameters();
     return Fail(MCCommon::MCS_CANCELLED);
   }
@@ -66,42 +64,16 @@ void MCGLMModel::ClearParameters() {
   fNEffectParams.clear();
 }
 
-// False if a cancel left out the intercept: then all effects are out of step with the tables.
+// False if a cancel cut the list short.
 bool MCGLMModel::ListParameters() {
-  ClearParameters();
-  const bool intercept = fSettings->GetInterceptUse() && !fCancelInfo->WillCancel();
-  if (intercept) fParameters.emplace_back();
-  const int shift = intercept ? 1 : 0;
-  for (int e = 0; e < fSettings->GetNModelEffects() && !fCancelInfo->WillCancel(); ++e) {
-    ListEffectParameters((*fModelEffects)[static_cast<std::size_t>(e)], e, e + shift);
-  }
-  return intercept == fSettings->GetInterceptUse();
-}
-
-void MCGLMModel::ListEffectParameters(const MCModelEffect& effect, int index, int tableEffect) {
-  MCRegrParameter parameter;
-  parameter.SetupFromEffect(effect, index, 0);
-  const int n = fFactorTables->GetNEffectParameters(tableEffect);
-  fFirstParamIndices.push_back(GetNParameters());
-  fNEffectParams.push_back(n);
-  if (n == 1 && parameter.GetNFactors() == 0) {
-    fParameters.push_back(parameter);
-    return;
-  }
-  for (int i = 0; i < n; ++i) {
-    fFactorTables->GetParameterFactorValues(parameter.GetCategories(), tableEffect, i);
-    fParameters.push_back(parameter);
-  }
-}
-
-// The tables have numbered all effects, but a cancel leaves some out of the list. Should the
-// cancel query then change its mind, rows would select parameters that aren't there.
-bool MCGLMModel::IsListCutShort() const {
-  std::int64_t numbered = 0;
-  for (int e = 0; e < fFactorTables->GetNModelEffects(); ++e) {
-    numbered += fFactorTables->GetNEffectParameters(e);
-  }
-  return GetNParameters() < numbered;
+  constexpr int kNoTarget = -1;
+  MCCommon::detail::MCParameterList list;
+  const bool isComplete = MCCommon::detail::ListParameters(
+      fSettings->GetInterceptUse(), *fModelEffects, *fFactorTables, *fCancelInfo, kNoTarget, list);
+  fParameters.swap(list.fParameters);
+  fFirstParamIndices.swap(list.fFirstParamIndices);
+  fNEffectParams.swap(list.fNEffectParams);
+  return isComplete;
 }
 
 MCStatus MCGLMModel::PrepareRows() {
@@ -123,17 +95,8 @@ MCStatus MCGLMModel::PrepareRows() {
 }
 
 void MCGLMModel::CompileColumns() {
-  fTerms.clear();
-  fTermBegin.assign(1, 0);
-  for (const MCRegrParameter& parameter : fParameters) {
-    const std::vector<int>& covariates = parameter.GetCovariates();
-    for (std::size_t i = 0; i < covariates.size(); ++i) {
-      fTerms.push_back(
-          {CovariatePosition(covariates[i]), parameter.GetCovariateMultiplicities()[i]});
-    }
-    fTermBegin.push_back(fTerms.size());
-  }
-  fbReadsRow = fFactorTables->GetNFactors() > 0 || !fTerms.empty();
+  fpColumns = std::make_unique<MCDesignColumns>(fParameters, fCovariateLookup);
+  fbReadsRow = fFactorTables->GetNFactors() > 0 || fpColumns->HasTerms();
   CompileFixedRow();
 }
 
@@ -147,11 +110,11 @@ void MCGLMModel::CompileFixedRow() {
   fFormedColumns.clear();
   if (!fbFixedColumns) return;
   for (std::size_t column = 0; column < fParameters.size(); ++column) {
-    if (!IsPlainCopy(column)) {
+    if (!fpColumns->IsPlainCopy(column)) {
       fFormedColumns.push_back(column);
       continue;
     }
-    const std::size_t position = static_cast<std::size_t>(fTerms[fTermBegin[column]].fPosition);
+    const auto position = static_cast<std::size_t>(fpColumns->Begin(column)->fPosition);
     if (!fRuns.empty() && fRuns.back().fColumn + fRuns.back().fCount == column &&
         fRuns.back().fPosition + fRuns.back().fCount == position) {
       ++fRuns.back().fCount;
@@ -161,12 +124,6 @@ void MCGLMModel::CompileFixedRow() {
   }
 }
 
-bool MCGLMModel::IsPlainCopy(std::size_t column) const {
-  const std::size_t first = fTermBegin[column];
-  return fTermBegin[column + 1] == first + 1 && fTerms[first].fPosition >= 0 &&
-         fTerms[first].fPower == 1;
-}
-
 void MCGLMModel::SetDepMeanAndTotalW(double mean, double totalW) {
   TakeHeldRows();  // they came under the mean of before
   fDepMean = mean;
@@ -174,17 +131,8 @@ void MCGLMModel::SetDepMeanAndTotalW(double mean, double totalW) {
 }
 
 bool MCGLMModel::GetParamsForEffect(int effect, int& first, int& count) const {
-  const bool intercept = fSettings->GetInterceptUse();
-  if (intercept && effect == 0) {
-    first = 0;
-    count = 1;
-    return true;
-  }
-  const std::int64_t index = std::int64_t{effect} - (intercept ? 1 : 0);
-  if (index < 0 || index >= static_cast<std::int64_t>(fFirstParamIndices.size())) return false;
-  first = fFirstParamIndices[static_cast<std::size_t>(index)];
-  count = fNEffectParams[static_cast<std::size_t>(index)];
-  return true;
+  return MCCommon::detail::FindEffectParams(fSettings->GetInterceptUse(), fFirstParamIndices,
+                                            fNEffectParams, effect, first, count);
 }
 
 const MCSymMatrix* MCGLMModel::GetZPrimeZ() const {

@@ -21,6 +21,12 @@ class MCCrossProduct;
 }
 }  // namespace MCCommonMath
 
+namespace MCCommon {
+namespace detail {
+class MCDesignColumns;
+}
+}  // namespace MCCommon
+
 /// The design of a linear regression and its fit in closed form. The model is y = x'b + e, where x
 /// is the design row of p columns and the errors e are independent with mean 0 and variances
 /// inversely proportional to the regression weights. With Z = (X y) and W the weights over their
@@ -158,12 +164,6 @@ public:
   void Display() const;
 
 private:
-  /// One covariate of a column: where it stands in a row, negative if nowhere, and its power.
-  struct Term {
-    int fPosition;
-    int fPower;
-  };
-
   /// Adjoining columns that are plain copies of adjoining values of the row.
   struct Run {
     std::size_t fColumn;
@@ -175,17 +175,12 @@ private:
   MCCommon::MCStatus FailForSize(long limit);
   void ClearParameters();
   bool ListParameters();
-  void ListEffectParameters(const MCModelEffect& effect, int index, int tableEffect);
-  bool IsListCutShort() const;
   MCCommon::MCStatus PrepareRows();
   void CompileColumns();
   void CompileFixedRow();
-  bool IsPlainCopy(std::size_t column) const;
   bool IsReadable(const double* row) const { return row != nullptr || !fbReadsRow; }
 
-  int CovariatePosition(int covariate) const;
   bool HasCategories(const double* row, const MCRegrParameter& parameter) const;
-  double ColumnValue(const double* row, std::size_t column) const;
   double Dependent(const double* row) const;
   double RowWeight(const double* row) const;
 
@@ -234,9 +229,7 @@ private:
   // Rows held back from fZPrimeZ; it must go before the matrix that it borrows.
   std::unique_ptr<MCCommonMath::detail::MCCrossProduct> fpPendingRows;
 
-  // Terms of column j: fTerms[fTermBegin[j]] up to, not including, fTerms[fTermBegin[j + 1]].
-  std::vector<Term> fTerms;
-  std::vector<std::size_t> fTermBegin;
+  std::unique_ptr<MCCommon::detail::MCDesignColumns> fpColumns;
 
   // Where no effect has factors every row has the same columns: some are copied, the rest formed.
   std::vector<Run> fRuns;

@@ -1,35 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/detail/mccrossproduct.h"
+#include "regression/design/detail/mcdesigncolumns.h"
 #include "regression/frame/detail/mcnumericcast.h"
 #include "regression/linear/mcglmmodel.h"
 
 #include <algorithm>
 
-namespace {
-
-// value * x * x ..., by repeated products: a power function could round otherwise.
-double TimesPower(double value, double x, int power) {
-  for (int i = 0; i < power; ++i) value *= x;
-  return value;
-}
-
-}  // namespace
-
-int MCGLMModel::CovariatePosition(int covariate) const {
-  const auto i = static_cast<std::size_t>(covariate);  // a negative one is beyond any size
-  return i < fCovariateLookup.size() ? fCovariateLookup[i] : -1;
-}
-
 double MCGLMModel::ComputeDesignRowValue2(const double* row,
                                           const MCRegrParameter& parameter) const {
-  const std::vector<int>& covariates = parameter.GetCovariates();
-  double value = 1.0;
-  for (std::size_t i = 0; i < covariates.size(); ++i) {
-    const int position = CovariatePosition(covariates[i]);
-    if (position < 0) return 0.0;
-    value = TimesPower(value, row[position], parameter.GetCovariateMultiplicities()[i]);
-  }
-  return value;
+  return MCCommon::detail::ParameterValue(row, parameter, fCovariateLookup);
 }
 
 double MCGLMModel::ComputeDesignRowValue(const double* row,
@@ -50,15 +29,6 @@ bool MCGLMModel::HasCategories(const double* row, const MCRegrParameter& paramet
     if (MCCommon::detail::TruncateToInt(0.5 + code) != categories[i]) return false;
   }
   return true;
-}
-
-double MCGLMModel::ColumnValue(const double* row, std::size_t column) const {
-  double value = 1.0;
-  for (std::size_t t = fTermBegin[column]; t < fTermBegin[column + 1]; ++t) {
-    if (fTerms[t].fPosition < 0) return 0.0;
-    value = TimesPower(value, row[fTerms[t].fPosition], fTerms[t].fPower);
-  }
-  return value;
 }
 
 double MCGLMModel::Dependent(const double* row) const {
@@ -83,7 +53,7 @@ bool MCGLMModel::SelectColumns(const double* row, Take take) const {
     if (column <= last || column >= GetNParameters()) continue;
     last = column;
     const auto position = static_cast<std::size_t>(column);
-    take(position, ColumnValue(row, position));
+    take(position, fpColumns->Value(row, position));
   }
   return found;
 }
@@ -93,7 +63,8 @@ void MCGLMModel::FillFixedRow(const double* row) const {
     std::copy_n(row + run.fPosition, run.fCount,
                 fDesignRow.begin() + static_cast<std::ptrdiff_t>(run.fColumn));
   }
-  for (const std::size_t column : fFormedColumns) fDesignRow[column] = ColumnValue(row, column);
+  for (const std::size_t column : fFormedColumns)
+    fDesignRow[column] = fpColumns->Value(row, column);
 }
 
 // Leaves the row in fRowColumns and fRowValues if rows are sparse, otherwise in fDesignRow, whose

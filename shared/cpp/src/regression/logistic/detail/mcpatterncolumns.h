@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "regression/design/detail/mcdesigncolumns.h"
+
 #include <cstddef>
 #include <vector>
 
@@ -11,20 +13,16 @@ namespace detail {
 /// formed from a stored row: what the rows of a pattern share, worked out once for all of them.
 /// Redundant columns are left out.
 struct MCPatternColumns {
-  /// One factor of a column's value: a position in the stored row, negative if it is nowhere (the
-  /// column is then 0.0), and how often it is multiplied.
-  struct Term {
-    int fPosition;
-    int fPower;
-  };
+  /// The position is one in a stored row.
+  using Term = MCColumnTerm;
 
   std::size_t NColumns() const { return fIndices.size(); }
 
   /// Per column its index among the non-redundant basic parameters, ascending.
   std::vector<int> fIndices;
 
-  /// Terms of column c: fTerms[fTermBegin[c]] up to, not including, fTerms[fTermBegin[c + 1]]. A
-  /// column without terms is 1.0, any other 1.0 times its terms in order.
+  /// Terms of column c: fTerms[fTermBegin[c]] up to, not including, fTerms[fTermBegin[c + 1]], from
+  /// which ColumnValue() forms its value.
   std::vector<Term> fTerms;
   std::vector<std::size_t> fTermBegin{0};
 };
