@@ -14,5 +14,7 @@
 #include "mcmath/mcpower.h"
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcrectmatrixdata.h"
+#include "mcmath/mcsparsevector.h"
+#include "mcmath/mcsymblockmatrix.h"
 #include "mcmath/mcsymmatrix.h"
 #include "mcmath/mcsymmatrixdata.h"

@@ -2,18 +2,28 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 // Included by the sources that are compiled for one vector width each. What it and the kernel
 // headers define has internal linkage: were an inline function shared between these sources,
 // the linker might keep the copy made for a wider processor than the one at hand.
 namespace {
 
-/// A vector of W doubles, and the same at any address of a double.
+/// A vector of W doubles, the same at any address of a double, and the integers of its size.
 template <std::size_t W>
 struct Lanes {
   typedef double Vec __attribute__((vector_size(W * sizeof(double))));
   typedef double Unaligned
       __attribute__((vector_size(W * sizeof(double)), aligned(sizeof(double)), may_alias));
+  typedef std::uint64_t Bits __attribute__((vector_size(W * sizeof(double))));
+};
+
+/// One row at a time: what is written for lanes serves plain doubles too.
+template <>
+struct Lanes<1> {
+  typedef double Vec;
+  typedef double Unaligned;
+  typedef std::uint64_t Bits;
 };
 
 template <std::size_t W>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mcmath/detail/crossproductkernel.h"
+#include "mcmath/detail/multinomiallanes.h"
 #include "mcmath/detail/rowkernels.h"
 #include "mcmath/detail/vectorkernels.h"
 
@@ -10,7 +11,8 @@ namespace {
 /// The kernels for vectors of W doubles.
 template <std::size_t W>
 constexpr MCCommonMath::detail::VectorKernels MakeKernels() {
-  return {TileShape<W>::kColumns, StageRow<W>, FoldBlock<W>, AddOuter<W>, DotRows<W>};
+  return {TileShape<W>::kColumns, StageRow<W>, FoldBlock<W>, AddOuter<W>, DotRows<W>,
+          MultinomialRows<W>};
 }
 
 }  // namespace

@@ -43,6 +43,9 @@ struct RowBlock {
 /// Rows of a Cholesky factor that are worked on together.
 constexpr std::size_t kDotRows = 4;
 
+/// Rows whose probabilities are computed together.
+constexpr std::size_t kProbabilityRows = 8;
+
 /// What is written once and compiled for each vector width.
 struct VectorKernels {
   /// Width of the panels.
@@ -64,6 +67,13 @@ struct VectorKernels {
 
   /// Dot products of n elements of kDotRows rows and one other, each as detail::Dot adds it.
   void (*dotRows)(const double* const* rows, const double* other, std::size_t n, double* dots);
+
+  /// Probabilities of m + 1 categories for kProbabilityRows rows, each row with the bits of
+  /// MultinomialProbabilities. Row r has its linear predictors at eta[j * kProbabilityRows + r],
+  /// j < m, and gets its probabilities at probs[j * kProbabilityRows + r], j <= m, that of the
+  /// reference last, and the logarithm of the latter at logLast[r]. `probs` may be eta. About
+  /// 2m + 2 exponentials and a logarithm for each row.
+  void (*multinomial)(const double* eta, std::size_t m, double* probs, double* logLast);
 };
 
 extern const VectorKernels kSse2Kernels;
