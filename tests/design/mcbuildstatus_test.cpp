@@ -69,6 +69,38 @@ TEST(MCBuildStatus, AnErrorStandsAndIsRecordedOnlyOnRequest) {
   EXPECT_FALSE(status.AddNewWarning(MCStatus(313, false), true)) << "it is there";
 }
 
+TEST(MCBuildStatus, AddsAListAndTellsWhetherAllOfItWasNew) {
+  MCBuildStatus status;
+  EXPECT_TRUE(status.AddNewWarnings({}, false));
+  EXPECT_TRUE(status.AddNewWarnings({Warning(1), Warning(2)}, false));
+  EXPECT_FALSE(status.AddNewWarnings({Warning(2), Warning(3)}, false));
+  EXPECT_FALSE(status.AddNewWarnings({MCStatus(), Warning(4)}, false));
+  EXPECT_EQ(status.GetWarnings(),
+            (std::vector<MCStatus>{Warning(1), Warning(2), Warning(3), Warning(4)}))
+      << "one that isn't new keeps none of the others out";
+}
+
+TEST(MCBuildStatus, ItsOwnListAddsNothingButWhatIsAlwaysNew) {
+  MCBuildStatus status;
+  status.Take(Warning(1));
+  EXPECT_FALSE(status.AddNewWarnings(status.GetWarnings(), false));
+  MCStatus warning = Warning(2);
+  warning.SetScaleDatum(0, std::numeric_limits<double>::quiet_NaN());
+  status.Take(warning);
+  EXPECT_FALSE(status.AddNewWarnings(status.GetWarnings(), false));
+  EXPECT_EQ(status.GetWarnings().size(), 3u);
+}
+
+TEST(MCBuildStatus, AListOfErrorsStandsAtTheLast) {
+  MCBuildStatus status;
+  const std::vector<MCStatus> errors = {MCStatus(312, false), MCStatus(313, false)};
+  EXPECT_TRUE(status.AddNewWarnings(errors, false));
+  EXPECT_EQ(status.Get(), errors.back());
+  EXPECT_TRUE(status.GetWarnings().empty());
+  EXPECT_TRUE(status.AddNewWarnings(errors, true));
+  EXPECT_EQ(status.GetWarnings(), errors);
+}
+
 TEST(MCBuildStatus, TheLastWarningWinsUnlessAnErrorStands) {
   MCBuildStatus quiet;
   quiet.LetLastWarningWin();
@@ -103,6 +135,8 @@ static_assert(Is<bool (MCBuildStatus::*)() const>(&MCBuildStatus::IsError));
 static_assert(Is<void (MCBuildStatus::*)(long)>(&MCBuildStatus::Fail));
 static_assert(Is<void (MCBuildStatus::*)(const MCStatus&)>(&MCBuildStatus::Take));
 static_assert(Is<bool (MCBuildStatus::*)(const MCStatus&, bool)>(&MCBuildStatus::AddNewWarning));
+static_assert(Is<bool (MCBuildStatus::*)(const std::vector<MCStatus>&, bool)>(
+    &MCBuildStatus::AddNewWarnings));
 static_assert(Is<void (MCBuildStatus::*)()>(&MCBuildStatus::LetLastWarningWin));
 static_assert(
     Is<const std::vector<MCStatus>& (MCBuildStatus::*)() const>(&MCBuildStatus::GetWarnings));

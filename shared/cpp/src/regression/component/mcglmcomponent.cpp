@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/component/mcglmcomponent.h"
 
-#include "regression/frame/mccomponentdisplay.h"
+#include "regression/component/detail/displaycomponent.h"
 #include "regression/linear/mcglmalgorithm.h"
 #include "regression/linear/mcglmoutputstats.h"
 
@@ -69,17 +69,6 @@ std::vector<MCStatus> MCGLMComponent::GetWarnings() const {
 }
 
 void MCGLMComponent::Display() const {
-  using namespace MCComponentDisplay;
-  DisplayText(1, "MCGLMComponent display start");
-  DisplayText(1, "fCompSettings");
-  fCompSettings.Display();
-  if (fpAlgorithm != nullptr) {
-    DisplayText(1, "fpAlgorithm");
-    fpAlgorithm->Display();
-  }
-  if (fpOutputStats != nullptr) {
-    DisplayText(1, "fpOutputStats");
-    fpOutputStats->Display();
-  }
-  DisplayText(1, "MCGLMComponent display end");
+  MCCommon::detail::DisplayComponent("MCGLMComponent", fCompSettings, fpAlgorithm.get(),
+                                     fpOutputStats.get());
 }

@@ -19,6 +19,16 @@ bool MCBuildStatus::AddNewWarning(const MCCommon::MCStatus& status, bool keepErr
   return true;
 }
 
+bool MCBuildStatus::AddNewWarnings(const std::vector<MCCommon::MCStatus>& statuses,
+                                   bool keepError) {
+  const std::vector<MCCommon::MCStatus> added = statuses;  // which may be the list that grows
+  bool areAllNew = true;
+  for (const MCCommon::MCStatus& status : added) {
+    areAllNew = AddNewWarning(status, keepError) && areAllNew;
+  }
+  return areAllNew;
+}
+
 void MCBuildStatus::LetLastWarningWin() {
   if (!IsError() && !fWarnings.empty()) fStatus = fWarnings.back();
 }

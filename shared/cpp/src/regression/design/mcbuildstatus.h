@@ -29,6 +29,9 @@ public:
   /// beside that only with `keepError`.
   bool AddNewWarning(const MCCommon::MCStatus& status, bool keepError);
 
+  /// The same for each status in turn: whether all were recorded; true for an empty list.
+  bool AddNewWarnings(const std::vector<MCCommon::MCStatus>& statuses, bool keepError);
+
   /// Ends a build: unless the standing status is an error, the last warning, if there is any,
   /// takes its place.
   void LetLastWarningWin();

@@ -1,26 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/linear/mcglmalgorithm.h"
 
-#include "regression/design/detail/readrecords.h"
+#include "regression/design/detail/mcrowreader.h"
+#include "regression/design/detail/preparetables.h"
 #include "regression/frame/detail/mcnumericcast.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/frame/mcmv.h"
 
-#include <algorithm>
-#include <utility>
-
 using MCCommon::MCStatus;
 using MCCommon::MultiPassRecordIter;
 using MCCommon::Record;
-
-namespace {
-
-std::int64_t SizeToReach(const std::vector<int>& positions) {
-  const auto last = std::max_element(positions.begin(), positions.end());
-  return last == positions.end() ? 0 : std::int64_t{*last} + 1;
-}
-
-}  // namespace
+using MCCommon::detail::MCRowReader;
 
 MCGLMAlgorithm::MCGLMAlgorithm(const MCRegSettings& settings)
     : fSettings(&settings),
@@ -29,34 +19,9 @@ MCGLMAlgorithm::MCGLMAlgorithm(const MCRegSettings& settings)
                        settings.GetFactorSizes(), 0),
       fFactorTables(settings.GetFactors(), settings.GetFactorSizes(),
                     settings.GetFrequencyWeightVar(), -1, 0, 0, -1, 0.0, MCConst::MC_OFFSET_NONE),
-      fModel(settings, fCancel) {
+      fModel(settings, fCancel),
+      fScoringSize(MCCommon::detail::ScoringSize(settings)) {
   if (settings.GetRegrWeightVar() >= 0) fFactorTables.SetRegrWeightVar(settings.GetRegrWeightVar());
-  fScoringSize =
-      std::max(SizeToReach(settings.GetFactors()), SizeToReach(settings.GetCovariates()));
-  fFitSize =
-      std::max(fScoringSize, SizeToReach({settings.GetDependent(), settings.GetRegrWeightVar(),
-                                          settings.GetFrequencyWeightVar()}));
-}
-
-// Reads rows as long as no error stands, there are more and no cancel is pending, and gives the
-// valid ones to useRow. Counts the rows read in nRead.
-template <class UseRow>
-void MCGLMAlgorithm::ReadRows(MultiPassRecordIter& source, long nullRowCode, int& nRead,
-                              UseRow useRow) {
-  MCCommon::detail::ReadRecords(source, fCancel, nullRowCode, fStatus.Get(),
-                                [this, &nRead, &useRow](const Record& record) {
-                                  MCCommon::detail::CountUp(nRead);
-                                  if (IsValidRow(record)) useRow(record);
-                                });
-}
-
-// The validator knows the roles of positions. Where memory ran out while those were recorded they
-// are forgotten, though the settings keep the positions themselves.
-bool MCGLMAlgorithm::IsValidRow(const Record& record) {
-  if (!fRecordValidator.IsValidRecord(record, fStatus.Get())) return false;
-  if (record.Size() >= fFitSize && fSettings->GetDependent() >= 0) return true;
-  fStatus.Fail(MCCommon::MCS_RECORD_SHORT);
-  return false;
 }
 
 void MCGLMAlgorithm::FailIfCancelled() {
@@ -69,34 +34,23 @@ MCStatus MCGLMAlgorithm::ProcessData(MultiPassRecordIter& source) {
   if (!source.HasMore()) fStatus.Fail(MCCommon::MCS_NO_DATA);
   if (fbDataProcessed) fStatus.Fail(MCCommon::MCS_ALREADY_PROCESSED);
   if (fStatus.IsError()) return fStatus.Get();
-  PrepareTables();
+  std::vector<int> averaged = fSettings->GetCovariates();
+  averaged.push_back(fSettings->GetDependent());
+  MCCommon::detail::PrepareTables(*fSettings, averaged, fFactorTables);
   fStatus.Take(ProcessSource(source));
   fMeanValues = fFactorTables.GetCovariateMeans();
   return fStatus.Get();
 }
 
-// Factors go to the tables in the order of their nesting, which is that of a parameter's lists.
-void MCGLMAlgorithm::PrepareTables() {
-  std::vector<std::vector<int>> effectFactors;
-  if (fSettings->GetInterceptUse()) effectFactors.emplace_back();
-  for (const MCModelEffect& effect : fSettings->GetModelEffects()) {
-    MCRegrParameter parameter;
-    parameter.SetupFromEffect(effect, 0, 0);
-    effectFactors.push_back(parameter.GetFactors());
-  }
-  fFactorTables.SetModelEffectFactors(effectFactors, fSettings->GetFactors());
-  std::vector<int> averaged = fSettings->GetCovariates();
-  averaged.push_back(fSettings->GetDependent());
-  fFactorTables.SetCovariates(averaged);
-}
-
 MCStatus MCGLMAlgorithm::ProcessSource(MultiPassRecordIter& source) {
-  ReadRows(source, MCCommon::MCS_RECORD_NULL, fRecordCount, [this](const Record& record) {
+  MCRowReader rows(*fSettings, fRecordValidator, fCancel, fStatus, fRecordCount);
+  rows.Read(source, MCCommon::MCS_RECORD_NULL, [this](const Record& record) {
     // A category code one above the last passes the validator. The tables drop such a row, and
     // it counts as valid.
     fFactorTables.UpdateAll(record);
     MCCommon::detail::CountUp(fValidCount);
   });
+  fRecordCount = rows.NRead();
   if (!fStatus.IsError() && fValidCount == 0) fStatus.Fail(MCCommon::MCS_NO_DATA);
   if (!fStatus.IsError() && !fCancel.WillCancel()) fbDataProcessed = true;
   FailIfCancelled();
@@ -138,8 +92,8 @@ MCStatus MCGLMAlgorithm::FillDesignMatrix(MultiPassRecordIter& source) {
   } else {
     fStatus.Fail(MCCommon::MCS_NOT_READY);
   }
-  int nRead = 0;
-  ReadRows(source, MCCommon::MCS_NOT_READY, nRead, [this](const Record& record) {
+  MCRowReader rows(*fSettings, fRecordValidator, fCancel, fStatus);
+  rows.Read(source, MCCommon::MCS_NOT_READY, [this](const Record& record) {
     if (!fModel.UpdateZPrimeZ(record.GetAll())) fStatus.Fail(MCCommon::MCS_NOT_READY);
   });
   FailIfCancelled();
@@ -153,11 +107,11 @@ MCStatus MCGLMAlgorithm::ComputeResiduals(MultiPassRecordIter& source) {
   } else {
     fStatus.Fail(MCCommon::MCS_BAD_STATE);
   }
-  int nRead = 0;
-  ReadRows(source, MCCommon::MCS_NOT_READY, nRead,
-           [this](const Record& record) { fModel.AddResidual(record.GetAll()); });
+  MCRowReader rows(*fSettings, fRecordValidator, fCancel, fStatus);
+  rows.Read(source, MCCommon::MCS_NOT_READY,
+            [this](const Record& record) { fModel.AddResidual(record.GetAll()); });
   // Without any row the sums hold no weight, but then the cancel is what stopped the pass.
-  if (nRead == 0) FailIfCancelled();
+  if (rows.NRead() == 0) FailIfCancelled();
   if (!fStatus.IsError()) fStatus.Take(fModel.FinishErrors());
   FailIfCancelled();
   return fStatus.Get();

@@ -105,11 +105,7 @@ public:
   void Display() const;
 
 private:
-  template <class UseRow>
-  void ReadRows(MCCommon::MultiPassRecordIter& source, long nullRowCode, int& nRead, UseRow useRow);
-  bool IsValidRow(const MCCommon::Record& record);
   void FailIfCancelled();
-  void PrepareTables();
 
   const MCRegSettings* fSettings;
   MCCancelInfo fCancel;
@@ -123,8 +119,5 @@ private:
   int fValidCount = 0;
   MCBuildStatus fStatus;
 
-  // Values that a record must have to be scored, and to enter the fit. In 64 bits, as positions
-  // go up to the largest int.
-  std::int64_t fScoringSize = 0;
-  std::int64_t fFitSize = 0;
+  std::int64_t fScoringSize;  // values that a record must have to be scored
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/linear/mcglmoutputstats.h"
 
+#include "regression/design/detail/parameterresults.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/linear/mcglmalgorithm.h"
 
@@ -31,7 +32,6 @@ public:
   MCBitSet fRedundancyIndicators;
 
 private:
-  void FillParamStats(const MCBitSet& swept);
   void FillCovarianceMatrix(const MCSymMatrix* swept);
 };
 
@@ -44,28 +44,18 @@ MCGLMOutputStats::MCGLMOutStatsImpl::MCGLMOutStatsImpl(const MCRegSettings& sett
       fParamEstimates(algorithm.GetModel().GetParamEstimates()),
       fTotalFreqWeight(algorithm.GetTotalFreqWeight()),
       fTotalRegrWeight(algorithm.GetTotalRegrWeight()),
-      fNDegFreedom(settings.GetDF() > 0.0
-                       ? settings.GetDF()
-                       : fTotalRegrWeight - static_cast<double>(fParameters.size())),
+      fNDegFreedom(
+          MCCommon::detail::DegreesOfFreedom(settings, fTotalRegrWeight, fParameters.size())),
       fMultipleRSquare(algorithm.GetModel().GetMultipleRSquare()),
       fRMSE(algorithm.GetModel().GetRootMeanSquareError()),
       fCovarianceMatrix(std::make_unique<MCSymMatrix>(algorithm.GetModel().GetNParameters())),
       fParamStats(fParameters.size()) {
-  FillParamStats(algorithm.GetModel().GetRedundancyInfo());
-  FillCovarianceMatrix(algorithm.GetModel().GetZPrimeZ());
-}
-
-void MCGLMOutputStats::MCGLMOutStatsImpl::FillParamStats(const MCBitSet& swept) {
+  // The last bit is that of the dependent.
+  const MCBitSet& swept = algorithm.GetModel().GetRedundancyInfo();
   fRedundancyIndicators.Resize(swept.Size() - 1, false);
-  for (int i = 0; i < fRedundancyIndicators.Size(); ++i) {
-    const auto position = static_cast<std::size_t>(i);
-    MCRegrParameterStats& stats = fParamStats[position];
-    stats.fIndex = i;
-    stats.fEstimate = fParamEstimates[position];
-    stats.fRedundant = !swept.IsIn(i);
-    stats.fEffectIndex = fParameters[position].GetEffectIndex();
-    fRedundancyIndicators.Set(i, swept.IsIn(i));
-  }
+  MCCommon::detail::FillParamStats(fParamEstimates, fParameters, swept, fParamStats,
+                                   fRedundancyIndicators);
+  FillCovarianceMatrix(algorithm.GetModel().GetZPrimeZ());
 }
 
 void MCGLMOutputStats::MCGLMOutStatsImpl::FillCovarianceMatrix(const MCSymMatrix* swept) {
@@ -90,13 +80,7 @@ void MCGLMOutputStats::MCGLMOutStatsImpl::Display() const {
   DisplayText(1, "fFactorCounts:");
   fFactorCounts.Display();
   DisplayDV("fParamEstimates", fParamEstimates, false);
-  DisplayI("fParameters and fParamStats: total model parameters",
-           static_cast<int>(fParameters.size()));
-  for (std::size_t i = 0; i < fParameters.size(); ++i) {
-    fParameters[i].Display();
-    DisplayD("Parameter estimate", fParamStats[i].fEstimate);
-    DisplayB("Redundant", fParamStats[i].fRedundant);
-  }
+  MCCommon::detail::DisplayParameters(fParameters, fParamStats);
   DisplayD("fTotalFreqWeight", fTotalFreqWeight);
   DisplayD("fTotalRegrWeight", fTotalRegrWeight);
   DisplayD("fNDegFreedom", fNDegFreedom);
