@@ -19,16 +19,16 @@ TEST(Utf8Conversion, PassesOverThePrefixOfAnUnknownName) {
 }
 
 TEST(Utf8ConversionDeathTest, EndsTheProcessWithoutACodeSet) {
-  EXPECT_DEATH(ConvertToUTF8("a", nullptr), "mcxml/mbtoutf8_unix: Assertion `codeset' failed");
+  EXPECT_DEATH(ConvertToUTF8("a", nullptr), "Assertion failed: codeset, mcxml/mbtoutf8_unix");
 }
 
 TEST(Utf8ConversionDeathTest, EndsTheProcessForAnUnknownCodeSet) {
-  EXPECT_DEATH(ConvertToUTF8("a", "nonsense"), "Assertion `cd != \\(iconv_t\\)-1' failed");
-  EXPECT_DEATH(ConvertToUTF8("a", "ISO nonsense"), "Assertion `cd != \\(iconv_t\\)-1' failed");
+  EXPECT_DEATH(ConvertToUTF8("a", "nonsense"), "Assertion failed: cd != \\(iconv_t\\)-1");
+  EXPECT_DEATH(ConvertToUTF8("a", "ISO nonsense"), "Assertion failed: cd != \\(iconv_t\\)-1");
 }
 
 TEST(Utf8ConversionDeathTest, EndsTheProcessForATextThatIsCutShort) {
-  EXPECT_DEATH(ConvertToUTF8("\xC3", "UTF-8"), "Assertion `conversions != \\(size_t\\)-1' failed");
+  EXPECT_DEATH(ConvertToUTF8("\xC3", "UTF-8"), "Assertion failed: conversions != \\(size_t\\)-1");
 }
 
 }  // namespace

@@ -123,7 +123,7 @@ TEST(XMLText, ConvertsLongTexts) {
 
 TEST(XMLTextDeathTest, EndsTheProcessForATextThatIsNotInTheCodeSet) {
   EXPECT_DEATH(MbToUTF8("\xC3\xA4"),
-               "mcxml/mbtoutf8_unix: Assertion `conversions != \\(size_t\\)-1' failed");
+               "Assertion failed: conversions != \\(size_t\\)-1, mcxml/mbtoutf8_unix");
 }
 
 }  // namespace

@@ -265,12 +265,12 @@ TEST(XMLElement, ConvertsEveryPieceToUTF8) {
 TEST(XMLElementDeathTest, EndsTheProcessForWhatIsNotThere) {
   const std::unique_ptr<XMLElement> root(XMLElement::Create("a"));
   EXPECT_DEATH(root->AddElement(static_cast<XMLElement*>(nullptr)),
-               "mcxml/xmlelement: Assertion `element' failed");
+               "Assertion failed: element, mcxml/xmlelement");
   EXPECT_EQ(root->AddElement(static_cast<XMLString*>(nullptr)), 1);
-  EXPECT_DEATH(TextOf(*root), "mcxml/xmlelement: Assertion `element' failed");
+  EXPECT_DEATH(TextOf(*root), "Assertion failed: element, mcxml/xmlelement");
   const std::unique_ptr<XMLElement> other(XMLElement::Create("b"));
   other->AddAttribute(nullptr);
-  EXPECT_DEATH(StreamedTextOf(*other), "mcxml/xmlelement: Assertion `attribute' failed");
+  EXPECT_DEATH(StreamedTextOf(*other), "Assertion failed: attribute, mcxml/xmlelement");
 }
 
 }  // namespace

@@ -7,9 +7,9 @@
 namespace MCCommon {
 namespace detail {
 
-/// Writes "source: Assertion `text' failed." to standard error and ends the process.
+/// Writes "Assertion failed: text, source" to standard error and ends the process.
 [[noreturn]] inline void FailAssertion(const char* text, const char* source) {
-  std::fprintf(stderr, "%s: Assertion `%s' failed.\n", source, text);
+  std::fprintf(stderr, "Assertion failed: %s, %s\n", text, source);
   std::abort();
 }
 
