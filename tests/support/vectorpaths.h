@@ -18,4 +18,19 @@ inline std::vector<MCCommonMath::detail::VectorPath> SupportedPaths() {
   return paths;
 }
 
+/// While it lives, `path` counts as the widest.
+class NarrowedVectorPath {
+public:
+  explicit NarrowedVectorPath(MCCommonMath::detail::VectorPath path)
+      : fWidest(MCCommonMath::detail::WidestVectorPath()) {
+    MCCommonMath::detail::SetWidestVectorPath(path);
+  }
+  ~NarrowedVectorPath() { MCCommonMath::detail::SetWidestVectorPath(fWidest); }
+  NarrowedVectorPath(const NarrowedVectorPath&) = delete;
+  NarrowedVectorPath& operator=(const NarrowedVectorPath&) = delete;
+
+private:
+  MCCommonMath::detail::VectorPath fWidest;
+};
+
 }  // namespace mctest

@@ -2,11 +2,12 @@
 #include "mcmath/mcsymblockmatrix.h"
 
 #include "mcmath/detail/packedtriangle.h"
-#include "regression/frame/detail/mcassert.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <new>
 
@@ -81,7 +82,8 @@ bool MCSymBlockMatrix::ResizeNRows(std::vector<MCSymMatrix>& blocks, int& nRowsS
 }
 
 void MCSymBlockMatrix::FailAssertion(const char* assertion) {
-  MCCommon::detail::FailAssertion(assertion, "mcmath/mcsymblockmatrix");
+  std::fprintf(stderr, "Assertion failed: %s, mcmath/mcsymblockmatrix\n", assertion);
+  std::abort();
 }
 
 void MCSymBlockMatrix::Clear() {

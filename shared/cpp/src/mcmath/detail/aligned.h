@@ -4,6 +4,7 @@
 #include "mcmath/detail/vectorkernels.h"
 
 #include <cstdint>
+#include <vector>
 
 namespace MCCommonMath {
 namespace detail {
@@ -14,6 +15,23 @@ inline double* StartOfLine(double* from) {
   const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(from) % kLineBytes;
   return beyond == 0 ? from : from + (kLineBytes - beyond) / sizeof(double);
 }
+
+/// Doubles that begin at a cache line.
+class LineBuffer {
+public:
+  /// Makes room for n doubles; what they were is lost if that needs memory.
+  void Grow(std::size_t n) {
+    if (fStorage.size() < n + kLineDoubles) fStorage.assign(n + kLineDoubles, 0.0);
+    fData = StartOfLine(fStorage.data());
+  }
+
+  double* Data() { return fData; }
+  const double* Data() const { return fData; }
+
+private:
+  std::vector<double> fStorage;
+  double* fData = nullptr;
+};
 
 }  // namespace detail
 }  // namespace MCCommonMath

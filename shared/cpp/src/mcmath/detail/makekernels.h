@@ -4,6 +4,7 @@
 #include "mcmath/detail/crossproductkernel.h"
 #include "mcmath/detail/multinomiallanes.h"
 #include "mcmath/detail/rowkernels.h"
+#include "mcmath/detail/tilekernels.h"
 #include "mcmath/detail/vectorkernels.h"
 
 namespace {
@@ -11,8 +12,8 @@ namespace {
 /// The kernels for vectors of W doubles.
 template <std::size_t W>
 constexpr MCCommonMath::detail::VectorKernels MakeKernels() {
-  return {TileShape<W>::kColumns, StageRow<W>, FoldBlock<W>, AddOuter<W>, DotRows<W>,
-          MultinomialRows<W>};
+  return {TileShape<W>::kColumns, StageRow<W>,   FoldBlock<W>,    AddOuter<W>, DotRows<W>,
+          MultinomialRows<W>,     Predictors<W>, AddScaledRows<W>};
 }
 
 }  // namespace

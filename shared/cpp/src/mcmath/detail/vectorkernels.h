@@ -46,6 +46,16 @@ constexpr std::size_t kDotRows = 4;
 /// Rows whose probabilities are computed together.
 constexpr std::size_t kProbabilityRows = 8;
 
+/// What the linear predictors of many rows are made of: predictor j of row r is starts[j] plus
+/// coefficients[c * m + j] * columns[c][r], added by ascending c.
+struct PredictorTerms {
+  std::size_t m;
+  const double* starts;
+  std::size_t nColumns;
+  const double* coefficients;
+  const double* const* columns;
+};
+
 /// What is written once and compiled for each vector width.
 struct VectorKernels {
   /// Width of the panels.
@@ -74,6 +84,14 @@ struct VectorKernels {
   /// reference last, and the logarithm of the latter at logLast[r]. `probs` may be eta. About
   /// 2m + 2 exponentials and a logarithm for each row.
   void (*multinomial)(const double* eta, std::size_t m, double* probs, double* logLast);
+
+  /// Linear predictors of the kProbabilityRows rows from `row` on, in the layout of `multinomial`.
+  void (*predictors)(const PredictorTerms& terms, std::size_t row, double* eta);
+
+  /// Adds factors[k] * x[j], x being row k < count of the right half of a block, to sums[j], one
+  /// row after the other. `sums` has room for whole panels.
+  void (*addScaledRows)(const RowBlock& block, std::size_t count, const double* factors,
+                        double* sums);
 };
 
 extern const VectorKernels kSse2Kernels;

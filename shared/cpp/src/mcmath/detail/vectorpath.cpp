@@ -3,6 +3,8 @@
 
 #include "mcmath/detail/vectorkernels.h"
 
+#include <atomic>
+
 namespace MCCommonMath {
 namespace detail {
 
@@ -18,11 +20,23 @@ bool IsSupported(VectorPath path) {
   return true;
 }
 
-VectorPath WidestVectorPath() {
-  static const VectorPath widest = IsSupported(VectorPath::kAvx512) ? VectorPath::kAvx512
-                                   : IsSupported(VectorPath::kAvx2) ? VectorPath::kAvx2
-                                                                    : VectorPath::kSse2;
+namespace {
+
+std::atomic<VectorPath>& Widest() {
+  static std::atomic<VectorPath> widest(IsSupported(VectorPath::kAvx512) ? VectorPath::kAvx512
+                                        : IsSupported(VectorPath::kAvx2) ? VectorPath::kAvx2
+                                                                         : VectorPath::kSse2);
   return widest;
+}
+
+}  // namespace
+
+VectorPath WidestVectorPath() {
+  return Widest().load(std::memory_order_relaxed);
+}
+
+void SetWidestVectorPath(VectorPath path) {
+  Widest().store(path, std::memory_order_relaxed);
 }
 
 const VectorKernels& KernelsOf(VectorPath path) {

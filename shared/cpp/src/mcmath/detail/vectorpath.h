@@ -10,8 +10,12 @@ enum class VectorPath { kSse2, kAvx2, kAvx512 };
 /// Whether this processor, and the system below it, can run `path`.
 bool IsSupported(VectorPath path);
 
-/// The widest supported path; found once.
+/// The widest supported path, for all that doesn't choose its own.
 VectorPath WidestVectorPath();
+
+/// What WidestVectorPath() answers from now on, which must be supported. Tests compare whole fits
+/// by it; objects that are made already keep their path.
+void SetWidestVectorPath(VectorPath path);
 
 struct VectorKernels;
 

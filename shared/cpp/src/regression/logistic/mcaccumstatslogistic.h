@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "mcmath/mcsymblockmatrix.h"
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mccancelinfo.h"
 #include "regression/frame/mcconst.h"
@@ -11,6 +12,10 @@
 #include <cstddef>
 #include <memory>
 #include <vector>
+
+namespace MCCommonMath {
+class MCSparseVector;
+}
 
 namespace MCCommon {
 namespace detail {
@@ -108,8 +113,24 @@ public:
   void Display(bool brief) const override;
 
 private:
-  using Columns = MCCommon::detail::MCPatternColumns;
-  using Layout = MCCommon::detail::MCPatternLayout;
+  /// Whether there are estimates for all columns and categories.
+  bool HasEstimates() const;
+  bool ComputeProbabilities(const MCCommonMath::MCSparseVector& x, double& logLast);
+  /// Probability c of a row stands at probabilities[c * stride].
+  void TrackProbabilities(const double* probabilities, std::size_t stride, int category);
+  void AddLogLikelihood(const MCCommonMath::MCSparseVector& x, int category, double weight,
+                        double logLast);
+  void AddScores(const MCCommonMath::MCSparseVector& x, int category, double weight);
+  void AddOuterProducts(const MCCommonMath::MCSparseVector& x, double weight);
+
+  struct StoredRows;
+  /// Sets fIndices and fValues to the entries of a stored row that aren't 0.0.
+  void ExpandRow(const StoredRows& stored, std::size_t row);
+  /// The two ways of adding stored rows; both answer as UpdateForPattern() does.
+  int UpdateTogether(const StoredRows& rows, const MCCancelInfo& cancel, bool likelihoodOnly);
+  int UpdateOneByOne(const StoredRows& rows, const MCCancelInfo& cancel, bool likelihoodOnly);
+  void AddTile(std::size_t count, bool likelihoodOnly);
+  void DisplaySums() const;
 
   const MCRegSettings& fpSettings;
   int fNParams;
@@ -117,14 +138,20 @@ private:
   const std::vector<double>* fpBeta;
   double fLL = 0.0;
   std::vector<double> fScores;
+  MCCommonMath::MCSymBlockMatrix fHessian;
   int fNValid = 0;
   int fNInvalid = 0;
   double fTotalWeight = 0.0;
-  MCConst::MCEstimationMethod fMethod;
+  MCConst::MCEstimationMethod fMethod = MCConst::MC_EST_FISHER;
   bool fbCheckSeparation = false;
   double fMinObserved;
   double fMaxObserved;
   double fMinComputed;
   bool fbValid = true;
+
+  // Of the row or the pattern at hand.
+  std::vector<double> fProbabilities;
+  std::vector<int> fIndices;
+  std::vector<double> fValues;
   std::unique_ptr<MCCommon::detail::MCPatternTile> fpTile;
 };

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "mcmath/detail/aligned.h"
+#include "mcmath/detail/vectorkernels.h"
+#include "mcmath/detail/vectorpath.h"
+#include "regression/logistic/detail/mcpatterncolumns.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace MCCommonMath {
+class MCSymBlockMatrix;
+}
+
+namespace MCCommon {
+namespace detail {
+
+/// Value of a column for a stored row.
+double StoredValue(const MCPatternColumns& columns, std::size_t column, const double* row);
+
+/// Weight and category of a stored row.
+double StoredWeight(const MCPatternLayout& layout, const double* row);
+int StoredCategory(const MCPatternLayout& layout, const double* row);
+
+/// Some tens of stored rows of one pattern, taken through a multinomial logit together: a row to
+/// each lane of a vector up to the probabilities, then tiles of the sums in registers while the
+/// rows run through them in order. Every number has the bits that it gets where the rows come one
+/// by one, each as its entries that aren't 0.0.
+///
+/// Here zeros aren't left out, which does no harm, as no sum is ever -0.0: each starts from 0.0,
+/// and a sum of two numbers is -0.0 only if both are. So a product with a zero changes nothing
+/// when it is added, unless it is NaN, and it isn't as long as all factors are finite. Rows that
+/// don't promise that are left to the caller: values, weights and estimates must not exceed
+/// kLargest in magnitude, and then no product of estimate and value, or of weight, two values and
+/// probabilities, overflows. Nor are rows taken that the definition refuses.
+///
+///     if (tile.Begin(columns, layout, shape, estimates, nRows)) {
+///       count = tile.Load(rows, nRows);
+///       tile.ComputeProbabilities(count);
+///       tile.AddScores(scores);
+///     }
+class MCPatternTile {
+public:
+  /// Largest magnitude of an ordinary value, weight or estimate.
+  static constexpr double kLargest = 1e75;
+
+  /// Patterns of fewer rows aren't worth the gathering.
+  static constexpr std::size_t kFewRows = 4;
+
+  struct Shape {
+    std::size_t nParams;
+    std::size_t nCategs;
+  };
+
+  MCPatternTile();
+
+  /// Prepares for nRows rows of a pattern, with shape.nParams estimates of each category but the
+  /// last. False if they can't be taken together, or aren't worth it. Both structures are borrowed
+  /// until the next call. Allocates only for a pattern that is wider than all before.
+  bool Begin(const MCPatternColumns& columns, const MCPatternLayout& layout, const Shape& shape,
+             const std::vector<double>& estimates, std::size_t nRows);
+
+  /// Rows that are loaded at most.
+  std::size_t Capacity() const { return fCapacity; }
+
+  /// Loads `count` rows, at most Capacity(), and answers how many of them come before the first
+  /// one that isn't ordinary: only these may be taken further.
+  std::size_t Load(const double* rows, std::size_t count);
+
+  /// Computes the probabilities of the first `count` loaded rows, which are the rows that all
+  /// operations below mean.
+  void ComputeProbabilities(std::size_t count);
+
+  std::size_t Count() const { return fCount; }
+  double Weight(std::size_t row) const { return fWeights.Data()[row]; }
+  int Category(std::size_t row) const { return fCategories[row]; }
+  double LogLikelihood(std::size_t row) const { return fLogLikelihoods.Data()[row]; }
+  /// Probability c of the row stands at c * kStride.
+  static constexpr std::size_t kStride = MCCommonMath::detail::kProbabilityRows;
+  const double* Probabilities(std::size_t row) const { return fProbabilities.Data() + Place(row); }
+
+  /// Adds to the scores: shape.nParams entries for each category but the last.
+  void AddScores(std::vector<double>& scores);
+
+  /// Adds the outer products to the Hessian; AddScores() comes first.
+  void AddOuterProducts(MCCommonMath::MCSymBlockMatrix& hessian);
+
+private:
+  using Buffer = MCCommonMath::detail::LineBuffer;
+
+  /// A column whose value isn't the same in all rows, and the place of the value in a stored row,
+  /// negative if it is a product.
+  struct Varying {
+    std::size_t fColumn;
+    int fPosition;
+  };
+
+  /// Where a row's predictors and probabilities begin: they stand in groups of kStride rows,
+  /// category by category in each.
+  std::size_t Place(std::size_t row) const {
+    return row / kStride * kStride * fShape.nCategs + row % kStride;
+  }
+  std::size_t NEquations() const { return fShape.nCategs - 1; }
+  double* ValuesOf(std::size_t place) { return fValues.Data() + place * fCapacity; }
+  const double* ValuesOf(std::size_t place) const { return fValues.Data() + place * fCapacity; }
+  std::size_t Index(std::size_t column) const {
+    return static_cast<std::size_t>(fpColumns->fIndices[column]);
+  }
+
+  bool HasGoodIndices() const;
+  void SortColumns();
+  bool AreEstimatesOrdinary(const std::vector<double>& estimates) const;
+  void Reserve();
+  void GatherEstimates(const std::vector<double>& estimates);
+
+  void LoadColumn(const Varying& column, double* values, const double* rows, std::size_t count);
+  void LoadWeights(const double* rows, std::size_t count);
+  bool LoadCategories(const double* rows, std::size_t count);
+  bool AreOrdinary(std::size_t count) const;
+  bool IsOrdinary(std::size_t row) const;
+  bool IsEmpty(std::size_t row) const;
+
+  void FillPanels();
+  void BeginSlot(std::size_t slot);
+  double* PanelColumn(std::size_t column);
+  void ScaleForScores(std::size_t category);
+  void ScaleForBlock(std::size_t i, std::size_t j);
+  void AddToBlock(std::vector<double>& triangle);
+
+  const MCCommonMath::detail::VectorKernels& fKernels;
+  const MCPatternColumns* fpColumns = nullptr;
+  const MCPatternLayout* fpLayout = nullptr;
+  Shape fShape{};
+  std::size_t fNColumns = 0;
+  std::size_t fCapacity = 0;
+  std::size_t fCount = 0;
+  std::size_t fSlotsBegun = 0;
+
+  // The columns before the first varying one give every row the same start of its predictors; the
+  // others enter them as terms.
+  std::vector<Varying> fVarying;
+  std::vector<double> fStarts;
+  std::vector<double> fCoefficients;
+  std::vector<const double*> fTermColumns;
+
+  // By row; fValues holds a column of its own for each varying column, and one of ones.
+  Buffer fValues;
+  Buffer fWeights;
+  Buffer fPredictors;
+  Buffer fProbabilities;
+  Buffer fLogLikelihoods;
+  Buffer fScales;
+  std::vector<int> fCategories;
+
+  Buffer fPanels;
+  Buffer fFoldScratch;
+  Buffer fSums;
+  MCCommonMath::detail::RowBlock fBlock{};
+};
+
+}  // namespace detail
+}  // namespace MCCommon
