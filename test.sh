@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/setup-debian.sh
 mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev \
-  python3 pkg-config
+  locales python3 pkg-config
 
 echo "== Building (build/release)"
 cmake --preset release

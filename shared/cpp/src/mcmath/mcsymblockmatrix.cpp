@@ -2,12 +2,11 @@
 #include "mcmath/mcsymblockmatrix.h"
 
 #include "mcmath/detail/packedtriangle.h"
+#include "regression/frame/detail/mcassert.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <new>
 
@@ -82,8 +81,7 @@ bool MCSymBlockMatrix::ResizeNRows(std::vector<MCSymMatrix>& blocks, int& nRowsS
 }
 
 void MCSymBlockMatrix::FailAssertion(const char* assertion) {
-  std::fprintf(stderr, "Assertion failed: %s, mcmath/mcsymblockmatrix\n", assertion);
-  std::abort();
+  MCCommon::detail::FailAssertion(assertion, "mcmath/mcsymblockmatrix");
 }
 
 void MCSymBlockMatrix::Clear() {

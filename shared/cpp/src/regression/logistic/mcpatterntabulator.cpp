@@ -47,6 +47,7 @@ MCPatternTabulator::MCPatternTabulator(const MCLogRegSettings& settings,
       fValidator(settings.GetVariableTypes(), settings.GetFactors(), settings.GetFactorSizes(),
                  settings.GetDependentNCategs()),
       fRecordSize(SizeToProcess(settings, extractor)),
+      fExtract(extractor.GetAllRecordIndices().size()),
       fpPlaces(std::make_unique<MCCommon::detail::MCPatternPlaces>(settings.GetFactors(),
                                                                    settings.GetFactorSizes())) {}
 
@@ -63,7 +64,8 @@ bool MCPatternTabulator::ReadValidRows(RecordIterator& source, UseRow useRow) {
     if (record.Size() < fRecordSize) return fStatus.Fail(MCCommon::MCS_RECORD_SHORT);
     MCCommon::detail::CountUp(fRecordCount);
     if (!fValidator.IsValidRecord(record, fStatus.Get())) return;
-    fStatus.Take(useRow(record));
+    const MCStatus answer = useRow(record);
+    if (!answer.IsOK()) fStatus.Take(answer);
     if (!fStatus.IsError()) MCCommon::detail::CountUp(fValidCount);
   };
   return MCCommon::detail::ReadRecords(source, *fCancelInfo, MCCommon::MCS_RECORD_NULL,
@@ -224,12 +226,12 @@ MCRowPatterns* MCPatternTabulator::PutPattern(const double* row) {
   return pattern.release();
 }
 
+// The row is put together aside: the place where a pattern's rows end is in no cache.
 void MCPatternTabulator::StoreRow(MCRowPatterns& pattern, const double* row, int localCategory) {
-  double* stored = pattern.AddRow(static_cast<std::size_t>(fNAnalysVars));
   const std::vector<int>& positions = fExtractor->GetAllRecordIndices();
-  std::transform(positions.begin(), positions.end(), stored,
-                 [row](int position) { return row[position]; });
-  stored[fExtractor->GetDependentOffset()] = localCategory;
+  for (std::size_t i = 0; i < fExtract.size(); ++i) fExtract[i] = row[positions[i]];
+  fExtract[static_cast<std::size_t>(fExtractor->GetDependentOffset())] = localCategory;
+  pattern.AddRow(fExtract);
   MCCommon::detail::CountUp(fStoredRows);
 }
 

@@ -181,5 +181,6 @@ private:
   bool fbPacked = false;          // whether the keys of the patterns are packed
   std::vector<int> fKeyElements;  // scratch of fpKey
   std::int64_t fRecordSize;       // values that a record must have
+  std::vector<double> fExtract;   // scratch: the row to be stored
   std::unique_ptr<MCCommon::detail::MCPatternPlaces> fpPlaces;
 };

@@ -12,14 +12,13 @@ void MCRowPatterns::Reserve(std::size_t nValues) {
 // Grows by a sixteenth, at least by the one row: doubling, as a vector does by itself, would leave
 // up to half of the memory of a build unused, for as long as the build lasts. In return a value is
 // moved up to 17 times, so this is for the patterns whose number of rows isn't known beforehand.
-double* MCRowPatterns::AddRow(std::size_t nValues) {
+void MCRowPatterns::AddRow(const std::vector<double>& values) {
   constexpr std::size_t kSpareShare = 16;
   const std::size_t size = fRecordData.size();
-  if (size + nValues > fRecordData.capacity()) {
-    fRecordData.reserve(size + std::max(nValues, size / kSpareShare));
+  if (size + values.size() > fRecordData.capacity()) {
+    fRecordData.reserve(size + std::max(values.size(), size / kSpareShare));
   }
-  fRecordData.resize(size + nValues);
-  return fRecordData.data() + size;
+  fRecordData.insert(fRecordData.end(), values.begin(), values.end());
 }
 
 void MCRowPatterns::Display() const {

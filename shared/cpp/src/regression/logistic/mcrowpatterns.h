@@ -19,9 +19,9 @@ public:
   /// stored. Memory exhaustion is thrown with nothing changed.
   void Reserve(std::size_t nValues);
 
-  /// Adds a row of `nValues` values of 0.0 and answers where it begins, to be filled; valid until
-  /// the next row. Memory exhaustion is thrown with nothing changed.
-  double* AddRow(std::size_t nValues);
+  /// Adds the row `values`, which must not be of this object. Memory exhaustion is thrown with
+  /// nothing changed.
+  void AddRow(const std::vector<double>& values);
 
   /// Writes the values to the display stream.
   void Display() const;
