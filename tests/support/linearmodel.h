@@ -2,9 +2,9 @@
 #pragma once
 
 #include "regression/linear/mcglmmodel.h"
-#include "support/makerecord.h"
 #include "support/regressiondesign.h"
 #include "support/rowsource.h"
+#include "support/tabulaterows.h"
 
 #include <utility>
 #include <vector>
@@ -25,21 +25,9 @@ public:
 
   /// Counts the rows and numbers the parameters.
   void Tabulate(const Rows& rows) {
-    if (Settings().GetRegrWeightVar() >= 0) {
-      fTables.SetRegrWeightVar(Settings().GetRegrWeightVar());
-    }
-    std::vector<std::vector<int>> effects;
-    if (Settings().GetInterceptUse()) effects.emplace_back();
-    for (const MCModelEffect& effect : Settings().GetModelEffects()) {
-      MCRegrParameter parameter;
-      parameter.SetupFromEffect(effect, 0, 0);
-      effects.push_back(parameter.GetFactors());
-    }
-    fTables.SetModelEffectFactors(effects, Settings().GetFactors());
     std::vector<int> averaged = Settings().GetCovariates();
     averaged.push_back(Settings().GetDependent());
-    fTables.SetCovariates(averaged);
-    for (const std::vector<double>& row : rows) fTables.UpdateAll(MakeRecord(row));
+    TabulateRows(Settings(), averaged, rows, fTables);
     fTables.CreateParameterIndices();
     fModel.SetOffsets(Settings().GetFactors(), Settings().GetCovariates(),
                       Settings().GetFrequencyWeightVar(), Settings().GetRegrWeightVar(),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "regression/settings/mclogregsettings.h"
 #include "regression/settings/mcregsettings.h"
 
 #include <memory>
@@ -18,10 +19,10 @@ struct FactorAt {
 ///     RegressionDesign(0, {{1, 2}}, {3}).Effect({1}).Effect({}, {3, 3})   // y = a + x*x
 ///
 /// with y at position 0, factor a of two categories at 1, covariate x at 3.
-class RegressionDesign {
+template <class SettingsType>
+class DesignOf {
 public:
-  RegressionDesign(int dependent, const std::vector<FactorAt>& factors,
-                   const std::vector<int>& covariates)
+  DesignOf(int dependent, const std::vector<FactorAt>& factors, const std::vector<int>& covariates)
       : fVariables(std::make_unique<std::vector<int>>()),
         fNFactors(static_cast<int>(factors.size())),
         fNCovariates(static_cast<int>(covariates.size())) {
@@ -37,41 +38,46 @@ public:
   }
 
   /// A product of factors and covariates, each named as often as its power.
-  RegressionDesign&& Effect(const std::vector<int>& factors,
-                            const std::vector<int>& covariates = {}) && {
+  DesignOf&& Effect(const std::vector<int>& factors, const std::vector<int>& covariates = {}) && {
     return std::move(*this).Add(factors, covariates, false);
   }
 
   /// Each factor nested in those after it: the last named is added first.
-  RegressionDesign&& Nested(const std::vector<int>& factors) && {
+  DesignOf&& Nested(const std::vector<int>& factors) && {
     return std::move(*this).Add({factors.rbegin(), factors.rend()}, {}, true);
   }
 
-  RegressionDesign&& NoIntercept() && {
+  DesignOf&& NoIntercept() && {
     fSettings.SetInterceptUse(false);
     return std::move(*this);
   }
 
-  RegressionDesign&& FrequencyWeight(int position) && {
+  DesignOf&& FrequencyWeight(int position) && {
     fSettings.SetFrequencyWeightVar(position);
     return std::move(*this);
   }
 
-  RegressionDesign&& RegressionWeight(int position) && {
+  DesignOf&& RegressionWeight(int position) && {
     fSettings.SetRegrWeightVar(position);
     return std::move(*this);
   }
 
-  RegressionDesign&& CancelledBy(MCQueryCancel& query) && {
+  DesignOf&& CancelledBy(MCQueryCancel& query) && {
     fSettings.SetCancelPointer(&query);
     return std::move(*this);
   }
 
-  MCRegSettings& Settings() { return fSettings; }
+  /// Of a logistic design: categories of the dependent, and the one asked for as reference.
+  DesignOf&& Categories(int nCategories, int reference = -1) && {
+    fSettings.SetDependentRefCat(reference, nCategories);
+    return std::move(*this);
+  }
+
+  SettingsType& Settings() { return fSettings; }
 
 private:
-  RegressionDesign&& Add(const std::vector<int>& factors, const std::vector<int>& covariates,
-                         bool nest) && {
+  DesignOf&& Add(const std::vector<int>& factors, const std::vector<int>& covariates,
+                 bool nest) && {
     MCModelEffect effect(fNFactors, fNCovariates, fVariables.get());
     for (const int factor : factors) effect.AddNewFactor(factor, nest);
     for (const int covariate : covariates) effect.AddCovariate(covariate);
@@ -82,7 +88,10 @@ private:
   std::unique_ptr<std::vector<int>> fVariables;
   int fNFactors;
   int fNCovariates;
-  MCRegSettings fSettings;
+  SettingsType fSettings;
 };
+
+using RegressionDesign = DesignOf<MCRegSettings>;
+using LogisticDesign = DesignOf<MCLogRegSettings>;
 
 }  // namespace mctest
