@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/detail/mccrossproduct.h"
+#include "mcmath/detail/mcexplog.h"
 #include "mcmath/detail/mcsweeprows.h"
 #include "mcmath/mcmathfun.h"
 #include "regression/design/detail/mcdesigncolumns.h"
@@ -8,7 +9,7 @@
 #include "regression/logistic/mclogmodel.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <tuple>
@@ -79,7 +80,7 @@ MCStatus MCLogModel::SetInitialEstimates(std::vector<double>& estimates) const {
   if (fNBasicNonRed < 1 || !fSettings->GetInterceptUse()) return fStatus;
   for (std::size_t t = 0; t + 1 < fDependCatCounts.size(); ++t) {
     estimates[t * static_cast<std::size_t>(fNBasicNonRed)] =
-        std::log(fDependCatCounts[t] / fDependCatCounts.back());
+        MCCommonMath::detail::Log(fDependCatCounts[t] / fDependCatCounts.back());
   }
   return fStatus;
 }
@@ -148,7 +149,7 @@ MCStatus MCLogModel::Score(const double* row, std::vector<double>& probabilities
   const double best = probabilities[leader];
   double sum = 0.0;
   for (double& value : probabilities) {
-    value = std::exp(value - best);
+    value = MCCommonMath::detail::Exp(value - best);
     sum += value;
   }
   for (double& value : probabilities) value /= sum;
