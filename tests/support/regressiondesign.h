@@ -73,6 +73,12 @@ public:
     return std::move(*this);
   }
 
+  /// Of a logistic design: rows are read again at each iteration.
+  DesignOf&& Rereading(bool rereading = true) && {
+    fSettings.SetUsePatternTabulator(!rereading);
+    return std::move(*this);
+  }
+
   SettingsType& Settings() { return fSettings; }
 
 private:

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "regression/component/mcglmcomponent.h"
+#include "regression/component/mclogcomponent.h"
 #include "regression/component/mcregfactory.h"
 #include "regression/design/mcbuildstatus.h"
 #include "regression/design/mcfactorcounts.h"
@@ -35,9 +36,12 @@
 #include "regression/linear/mcglmmodel.h"
 #include "regression/linear/mcglmoutputstats.h"
 #include "regression/logistic/mcaccumstatslogistic.h"
+#include "regression/logistic/mcconvergence.h"
 #include "regression/logistic/mciterationreporter.h"
+#include "regression/logistic/mclogalgorithm.h"
 #include "regression/logistic/mclogisticflags.h"
 #include "regression/logistic/mclogmodel.h"
+#include "regression/logistic/mclogoutputstats.h"
 #include "regression/logistic/mcpatterntabulator.h"
 #include "regression/logistic/mcrecorditerhandler.h"
 #include "regression/logistic/mcregoptimizer.h"
