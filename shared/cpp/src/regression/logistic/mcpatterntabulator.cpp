@@ -218,7 +218,7 @@ MCRowPatterns* MCPatternTabulator::FindOrAddPattern(const std::vector<int>& loca
 // values lie in memory once, and never move.
 MCRowPatterns* MCPatternTabulator::PutPattern(const double* row) {
   const std::size_t nRows = std::max<std::size_t>(fpPlaces->CountOf(row), 1);
-  auto pattern = std::make_unique<MCRowPatterns>();
+  std::unique_ptr<MCRowPatterns> pattern = fpPlaces->TakeNewPattern();
   pattern->Reserve(nRows * static_cast<std::size_t>(fNAnalysVars));
   auto key = std::make_unique<MCHashKey>(*fpKey);
   fpRowPatternTable->Put(key.get(), pattern.get());

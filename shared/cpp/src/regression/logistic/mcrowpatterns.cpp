@@ -19,6 +19,10 @@ void MCRowPatterns::AddRow(const std::vector<double>& values) {
     fRecordData.reserve(size + std::max(values.size(), size / kSpareShare));
   }
   fRecordData.insert(fRecordData.end(), values.begin(), values.end());
+  // Rows of many patterns come by turns: the place where the next one of this pattern will end is
+  // fetched now, so that its stores don't wait for memory then.
+  const std::size_t next = fRecordData.size() + values.size() - 1;
+  if (next < fRecordData.capacity()) __builtin_prefetch(fRecordData.data() + next, 1);
 }
 
 void MCRowPatterns::Display() const {

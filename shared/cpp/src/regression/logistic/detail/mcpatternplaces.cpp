@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace MCCommon {
 namespace detail {
@@ -64,9 +65,23 @@ void MCPatternPlaces::BeginPatterns(const std::vector<int>& bounds) {
   fPatterns = MCCellGrid<MCRowPatterns*>(CountingTo(bounds.size()), bounds);
 }
 
+std::unique_ptr<MCRowPatterns> MCPatternPlaces::TakeNewPattern() {
+  constexpr std::size_t kNTogether = 64;
+  if (fNewPatterns.empty()) {
+    fNewPatterns.reserve(kNTogether);
+    while (fNewPatterns.size() < kNTogether) {
+      fNewPatterns.push_back(std::make_unique<MCRowPatterns>());
+    }
+  }
+  std::unique_ptr<MCRowPatterns> pattern = std::move(fNewPatterns.back());
+  fNewPatterns.pop_back();
+  return pattern;
+}
+
 void MCPatternPlaces::Clear() {
   fCounts = {};
   fPatterns = {};
+  fNewPatterns.clear();
 }
 
 }  // namespace detail

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace MCCommon {
@@ -40,6 +41,10 @@ public:
     return fPatterns.Find(localIndices.data());
   }
 
+  /// An empty pattern. They are made by the dozen, so that they lie side by side and not one by one
+  /// between the values of others: each row looks at that of its pattern.
+  std::unique_ptr<MCRowPatterns> TakeNewPattern();
+
   /// Forgets counts and places, when all rows are stored.
   void Clear();
 
@@ -52,6 +57,7 @@ private:
   std::vector<int> fLevels;          // of the current row
   MCCellGrid<std::uint32_t> fCounts;
   MCCellGrid<MCRowPatterns*> fPatterns;
+  std::vector<std::unique_ptr<MCRowPatterns>> fNewPatterns;
 };
 
 }  // namespace detail
