@@ -144,6 +144,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(OrderCase{"few patterns", {3, 2}, true, true},
                     OrderCase{"few patterns, not packed", {3, 2}, false, true},
                     OrderCase{"one factor", {40}, true, true},
+                    OrderCase{"one factor, not packed", {40}, false, true},
                     OrderCase{"the table grows", {10, 20, 5}, true, true},
                     OrderCase{"the table grows, not packed", {10, 20, 5}, false, true},
                     OrderCase{"the table grows, nothing counted", {10, 20, 5}, true, false},

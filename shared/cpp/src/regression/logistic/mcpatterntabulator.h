@@ -22,6 +22,9 @@
 #include <memory>
 #include <vector>
 
+class MCAccumStatsLogistic;
+class MCLogModel;
+
 namespace MCCommon {
 namespace detail {
 class MCPatternPlaces;
@@ -142,6 +145,8 @@ private:
   void ReadKey(const MCCommonMath::MCHashKey& key, std::vector<int>& elements,
                std::vector<int>& localIndices) const;
   double GetStoredWeight(const double* row) const;
+  void AddRows(bool likelihoodOnly);
+  void AddPatterns(bool likelihoodOnly);
 
   void DisplayEffects() const;
   void DisplayVariables() const;
@@ -177,6 +182,11 @@ private:
   const IMCRegModel* fModel = nullptr;
   MCBuildStatus fStatus;
   MCRegRecordValidator fValidator;
+
+  // The accumulator and the model, if they are the library's own: these two take the rows of a
+  // pattern together.
+  MCAccumStatsLogistic* fPatternAccum = nullptr;
+  const MCLogModel* fPatternModel = nullptr;
 
   bool fbPacked = false;          // whether the keys of the patterns are packed
   std::vector<int> fKeyElements;  // scratch of fpKey

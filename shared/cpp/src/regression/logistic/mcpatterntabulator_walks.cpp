@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/frame/detail/mcnumericcast.h"
+#include "regression/logistic/detail/mcpatterncolumns.h"
+#include "regression/logistic/mcaccumstatslogistic.h"
+#include "regression/logistic/mclogmodel.h"
 #include "regression/logistic/mcpatterntabulator.h"
+
+#include <typeinfo>
 
 using MCCommon::MCStatus;
 using MCCommonMath::MCHashKey;
@@ -8,6 +13,14 @@ using MCCommonMath::MCHashKey;
 void MCPatternTabulator::SetStatsModel(IMCAccumStats* accumStats, const IMCRegModel* model) {
   fAccumStats = accumStats;
   fModel = model;
+  fPatternAccum = nullptr;
+  fPatternModel = nullptr;
+  if (accumStats == nullptr || model == nullptr) return;
+  // Not a derived class, which may have an answer of its own to each row.
+  if (typeid(*accumStats) != typeid(MCAccumStatsLogistic)) return;
+  if (typeid(*model) != typeid(MCLogModel)) return;
+  fPatternAccum = static_cast<MCAccumStatsLogistic*>(accumStats);
+  fPatternModel = static_cast<const MCLogModel*>(model);
 }
 
 void MCPatternTabulator::ResetAccumStats(MCConst::MCEstimationMethod method, bool checkSeparation) {
@@ -75,6 +88,16 @@ MCStatus MCPatternTabulator::FillDesignMatrix(IMCRegModel& model) {
 MCStatus MCPatternTabulator::ComputeStatsForOptimizer(bool likelihoodOnly) {
   const bool isReady = fbRowPatternsCreated && fAccumStats != nullptr && fModel != nullptr;
   if (!isReady) fStatus.Fail(MCCommon::MCS_NOT_READY);
+  if (fPatternAccum != nullptr) {
+    AddPatterns(likelihoodOnly);
+  } else {
+    AddRows(likelihoodOnly);
+  }
+  FailIfCancelled(false);
+  return fStatus.Get();
+}
+
+void MCPatternTabulator::AddRows(bool likelihoodOnly) {
   std::vector<int> columns;
   std::vector<double> values;
   const int dependent = fExtractor->GetDependentOffset();
@@ -86,8 +109,22 @@ MCStatus MCPatternTabulator::ComputeStatsForOptimizer(bool likelihoodOnly) {
         fAccumStats->UpdateForRow(columns, values, category, GetStoredWeight(row), likelihoodOnly);
     if (answer < 0) fStatus.Fail(MCCommon::MCS_NOT_READY);
   });
-  FailIfCancelled(false);
-  return fStatus.Get();
+}
+
+// The same sums, to the bit, with the same polls and refusals.
+void MCPatternTabulator::AddPatterns(bool likelihoodOnly) {
+  MCCommon::detail::MCPatternColumns columns;
+  const MCCommon::detail::MCPatternLayout layout{static_cast<std::size_t>(fNAnalysVars),
+                                                 fExtractor->GetDependentOffset(),
+                                                 fFreqWeightOffset, fRegrWeightOffset};
+  WalkPatterns([&](const MCRowPatterns& pattern, const std::vector<int>& indices) {
+    fPatternModel->DescribePattern(indices, columns);
+    const std::vector<double>& rows = pattern.GetAllRecords();
+    const int answer = fPatternAccum->UpdateForPattern(
+        columns, layout, rows.data(), rows.size() / layout.fStride, *fCancelInfo, likelihoodOnly);
+    if (answer < 0) fStatus.Fail(MCCommon::MCS_NOT_READY);
+    if (answer > 0) fStatus.Fail(MCCommon::MCS_CANCELLED);
+  });
 }
 
 double MCPatternTabulator::GetStoredWeight(const double* row) const {
