@@ -22,6 +22,8 @@ GROUPS = [
      {"50": 2.5, "254": 2.5, "1000": 2.5}),
     ("LTChol", "CholeskyLTChol", ["CholeskyPeerPotrf", "CholeskyPeerEigen", "CholeskyPlainLoop"],
      {"50": 4.0, "254": 4.0, "1000": 4.0}),
+    ("Multinomial probabilities, widest vectors, a row", "MultinomialKernel/Widest", ["MultinomialPlainLoop"], {}),
+    ("Multinomial probabilities, 2 lanes, a row", "MultinomialKernel/Sse2", ["MultinomialPlainLoop"], {}),
     ("MCHashtable, a lookup", "LookupHashtable", ["LookupUnorderedMap", "LookupMap"], {}),
     ("UpdateAll, a row", "RowUpdateAll", ["RowPlainCounts"], {}),
     ("GetRowParameterIndices, a row", "RowParameterIndices", ["RowPlainCounts"], {}),
@@ -40,7 +42,7 @@ PEER_NAMES = {
     "SweepOneByOne": "Sweep one by one", "CholeskyPeerPotrf": "OpenBLAS dpotrf",
     "CholeskyPeerEigen": "Eigen LLT", "CholeskyPlainLoop": "plain loop",
     "LookupUnorderedMap": "std::unordered_map", "LookupMap": "std::map",
-    "RowPlainCounts": "counts in arrays",
+    "RowPlainCounts": "counts in arrays", "MultinomialPlainLoop": "plain loop with exp and log of the C library",
 }
 
 

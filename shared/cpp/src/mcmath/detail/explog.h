@@ -32,10 +32,9 @@ template <std::size_t W>
 /// y = exp(x) for -708.39 <= x <= 709, where every result is a normal double; y may be x. Other
 /// arguments, NaN included, give any number.
 ///
-/// With x = k ln 2 + r, |r| <= ln(2)/2 to rounding, exp(x) = 2^k (1 + r + r^2/2 + ... + r^13/13!);
-/// what the series leaves out is below 5e-18. r is kept as high + low, and 1 + high with its
-/// rounding error, so that nothing but the last addition rounds by more than some hundredths of a
-/// unit.
+/// With x = k ln 2 + r, |r| <= ln(2)/2 to rounding, exp(x) = 2^k (1 + r + r^2 q(r)), q a polynomial
+/// (tests/data/mcmath/expseries.py) that leaves out 2e-17 at most. r is kept as high + low, and
+/// 1 + high with its rounding error, so that the last addition alone rounds by half a unit.
 template <std::size_t W>
 [[gnu::always_inline]] inline void ExpLanes(typename Lanes<W>::Vec& y,
                                             const typename Lanes<W>::Vec& x) {
@@ -49,15 +48,12 @@ template <std::size_t W>
   const Vec low = k * kLn2Low;
   const Vec r = high - low;
   const Vec r2 = r * r;
-  const Vec r4 = r2 * r2;
-  const Vec r8 = r4 * r4;
-  const Vec q01 = 1.0 / 2 + r * (1.0 / 6);
-  const Vec q23 = 1.0 / 24 + r * (1.0 / 120);
-  const Vec q45 = 1.0 / 720 + r * (1.0 / 5040);
-  const Vec q67 = 1.0 / 40320 + r * (1.0 / 362880);
-  const Vec q89 = 1.0 / 3628800 + r * (1.0 / 39916800);
-  const Vec qAB = 1.0 / 479001600 + r * (1.0 / 6227020800.0);
-  const Vec q = (q01 + r2 * q23) + r4 * (q45 + r2 * q67) + r8 * (q89 + r2 * qAB);
+  const Vec q01 = 0x1.0000000000001p-1 + r * 0x1.5555555555556p-3;
+  const Vec q23 = 0x1.5555555553d68p-5 + r * 0x1.11111111109b5p-7;
+  const Vec q45 = 0x1.6c16c17889ef9p-10 + r * 0x1.a01a01a7c2f03p-13;
+  const Vec q67 = 0x1.a019b914985a9p-16 + r * 0x1.71de0db2f585ep-19;
+  const Vec q89 = 0x1.28917c8be7ad6p-22 + r * 0x1.af389ed28db09p-26;
+  const Vec q = q01 + r2 * (q23 + r2 * (q45 + r2 * (q67 + r2 * q89)));
   const Vec sum = 1.0 + high;
   const Vec rounding = high - (sum - 1.0);
   const Vec fraction = sum + (rounding + (r2 * q - low));
@@ -81,12 +77,12 @@ template <std::size_t W>
                                             const typename Lanes<W>::Vec& x) {
   using Vec = typename Lanes<W>::Vec;
   using Bits = typename Lanes<W>::Bits;
-  constexpr std::uint64_t kRootHalf = 0x3fe6a09e667f3bcd;  // sqrt(1/2)
+  constexpr std::uint64_t kTwoThirds = 0x3fe5555555555555;
   constexpr std::uint64_t kOne = 0x3ff0000000000000;
   constexpr std::uint64_t kTwoTo52 = 0x4330000000000000;
   Bits bits;
   BitsOfLanes<W>(bits, x);
-  const Bits biased = (bits + (kOne - kRootHalf)) >> 52;  // k + 1023
+  const Bits biased = (bits + (kOne - kTwoThirds)) >> 52;  // k + 1023
   const Bits mantissa = bits - (biased << 52) + kOne;
   Vec k;
   Vec f;
@@ -100,7 +96,7 @@ template <std::size_t W>
   const Vec z4 = z2 * z2;
   const Vec even = 2.0 / 3 + z * (2.0 / 5) + z2 * (2.0 / 7 + z * (2.0 / 9));
   const Vec odd = 2.0 / 11 + z * (2.0 / 13) + z2 * (2.0 / 15 + z * (2.0 / 17));
-  const Vec last = 2.0 / 19 + z * (2.0 / 21);
+  const Vec last = 2.0 / 19 + z * (2.0 / 21) + z2 * (2.0 / 23);
   const Vec halfSquare = 0.5 * (f * f);
   const Vec series = s * (halfSquare + z * (even + z4 * (odd + z4 * last)));
   const Vec multiple = k * kLn2High;

@@ -33,14 +33,14 @@ double Shift(double hi, double lo) {
 double OfDifferent(const ProbabilityRows& row, double hi, double lo) {
   if (-hi > kMaxExponent) return ReferenceIsCertain(row);
   double logLast = 0.0;
-  ShiftedProbabilities<1>(row, hi, Shift(hi, lo), &logLast);
+  ShiftedProbabilities<1, 1>(row, {{hi}}, {{Shift(hi, lo)}}, &logLast);
   return logLast;
 }
 
 double OfEqual(const ProbabilityRows& row, double hi) {
   if (hi < kMinExponent) return ReferenceIsCertain(row);
   double logLast = 0.0;
-  if (hi <= kMaxExponent && EqualProbabilities<1>(row, hi, &logLast)) return logLast;
+  if (hi <= kMaxExponent && EqualProbabilities<1, 1>(row, {{hi}}, &logLast)) return logLast;
   const double m = static_cast<double>(row.m);
   FillOthers(row, 1.0 / m);
   row.probs[row.m * row.stride] = 0.0;
