@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Sets up a Debian 12 machine, builds mcfit and fits four data sets with it. Needs apt and a shell,
+# Sets up a Debian 12 machine, builds mcfit and fits eight data sets with it. Needs apt and a shell,
 # and root or sudo where a package is missing. A second run is incremental.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -25,13 +25,13 @@ run() {
   "$@"
 }
 
-# The data set of the last demonstration; written under another name first, so that an interrupted
-# run leaves nothing that a later one takes for the whole.
+# Makes a large data set of a kind; written under another name first, so that an interrupted run
+# leaves nothing that a later one takes for the whole.
 make_rows() {
-  local file=$scratch/deliveries.csv
+  local file=$scratch/deliveries-$1.csv
   if [ ! -f "$file" ]; then
     echo "== Making $file: $rows rows"
-    "build/$preset/examples/makerows" "$rows" >"$file.part"
+    "build/$preset/examples/makerows" "$1" "$rows" >"$file.part"
     mv "$file.part" "$file"
   fi
 }
@@ -60,11 +60,38 @@ echo "== Regression weights: Galton's sweet peas"
 run "$mcfit" linear examples/data/peas.csv --dependent progeny --covariates parent --weight weight
 
 echo
-make_rows
+make_rows linear
 echo "== $rows rows with factors, covariates and frequencies, read as a stream"
-time run "$mcfit" linear "$scratch/deliveries.csv" --dependent hours --factors region,service \
+time run "$mcfit" linear "$scratch/deliveries-linear.csv" --dependent hours --factors region,service \
   --covariates distance,load --freq parcels \
   --effects 'region, service, region*service, distance, distance^2, load'
 
 echo
-echo "== All fitted. Try: $mcfit linear --help"
+echo "== Three logits of a table of counts: hair by eye colour and sex, each row standing for"
+echo "   several people; each colour of hair against brown"
+run "$mcfit" logistic examples/data/haireyecolor.csv --dependent hair --reference Brown \
+  --factors eye,sex --freq people
+
+echo
+echo "== Two categories, factors and covariates: low against normal birth weight, and the same rows"
+echo "   scored: predicted category and the probability of each"
+run "$mcfit" logistic examples/data/birthwt.csv --dependent birthweight \
+  --factors race,smoke,hypertension,irritability --covariates age,lwt \
+  --predict examples/data/birthwt.csv --out "$scratch/birthwt-scored.csv"
+run head -n 4 "$scratch/birthwt-scored.csv"
+
+echo
+echo "== Separated data: petals tell one species of iris from the others without error. No maximum"
+echo "   exists, and the warning says so"
+run "$mcfit" logistic examples/data/iris.csv --dependent species \
+  --covariates petal_length,petal_width
+
+echo
+make_rows logistic
+echo "== $rows rows with three categories. The log odds that they were drawn with stand in"
+echo "   examples/makerows/makerows.cpp, and the estimates come close to them"
+time run "$mcfit" logistic "$scratch/deliveries-logistic.csv" --dependent punctuality \
+  --reference 'on time' --factors region,service --covariates distance,load
+
+echo
+echo "== All fitted. Try: $mcfit linear --help, $mcfit logistic --help"

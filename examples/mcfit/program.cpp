@@ -4,6 +4,7 @@
 #include "errors.h"
 #include "interrupt.h"
 #include "linearcommand.h"
+#include "logisticcommand.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -24,6 +25,7 @@ int RunCommands(int argc, char** argv) {
   app.require_subcommand(0, 1);
   std::vector<std::unique_ptr<Command>> commands;
   commands.push_back(std::make_unique<LinearCommand>(app));
+  commands.push_back(std::make_unique<LogisticCommand>(app));
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

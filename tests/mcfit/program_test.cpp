@@ -2,6 +2,7 @@
 //
 // Runs the mcfit program as a user does.
 #include "mcfit/support/childprocess.h"
+#include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
@@ -19,19 +20,6 @@ using testing::Not;
 using Arguments = std::vector<std::string>;
 
 const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
-
-/// Lines of a report by the text in front of their first two blanks; the numbers behind it.
-std::map<std::string, std::vector<double>> Numbers(const std::string& report) {
-  std::map<std::string, std::vector<double>> numbers;
-  std::istringstream lines(report);
-  for (std::string line; std::getline(lines, line);) {
-    const std::size_t gap = line.find("  ");
-    if (gap == std::string::npos) continue;
-    std::istringstream rest(line.substr(gap));
-    for (double value; rest >> value;) numbers[line.substr(0, gap)].push_back(value);
-  }
-  return numbers;
-}
 
 /// The certified values of a NIST data set by quantity: value, and standard deviation if any.
 std::map<std::string, std::vector<double>> Certified(const std::string& set) {
@@ -225,21 +213,6 @@ TEST(McfitProgram, TheDataMayComeFromAPipe) {
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(run.out, HasSubstr("Rows read     3\n"));
   EXPECT_EQ(Numbers(run.out).at("x")[0], 1.5);
-}
-
-struct Failure {
-  Arguments arguments;
-  std::string message;
-};
-
-// Each ends with the status and tells the message, and writes no results.
-void ExpectFailures(int status, const std::vector<Failure>& failures) {
-  for (const Failure& failure : failures) {
-    const ProgramResult run = RunMcfit(failure.arguments);
-    EXPECT_EQ(run.status, status) << failure.message;
-    EXPECT_THAT(run.err, HasSubstr(failure.message));
-    EXPECT_EQ(run.out, "") << failure.message;
-  }
 }
 
 TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {

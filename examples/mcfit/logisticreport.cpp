@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "logisticreport.h"
+
+#include "convergencetext.h"
+#include "mcmath/mcsymmatrix.h"
+#include "regression/design/mcregrparameter.h"
+#include "regression/design/mcregrparameterstats.h"
+#include "reporttext.h"
+#include "text.h"
+#include "texttable.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace mcfit {
+
+namespace {
+
+// A table of more categories than this against each other is wider than any terminal.
+constexpr int kWidestTable = 10;
+
+std::string PercentText(double part, double whole) {
+  return whole > 0.0 ? fmt::format("{:.1f} %", 100.0 * part / whole) : ".";
+}
+
+std::optional<double> StandardError(const LogisticModel& model, int parameter) {
+  const MCCommonMath::MCSymMatrix* covariance = model.Results().GetCovarianceMatrix();
+  if (covariance == nullptr) return {};
+  const double variance = covariance->GetElem(parameter, parameter);
+  // The generalised inverse of a singular Hessian is 0 where nothing is known.
+  if (!(variance > 0.0)) return {};
+  return std::sqrt(variance);
+}
+
+std::vector<std::string> ParameterRow(const LogisticModel& model, const NumberText& number,
+                                      const MCRegrParameterStats& stats) {
+  const auto index = static_cast<std::size_t>(stats.fIndex);
+  const std::string name = ParameterName((*model.Results().GetParameters())[index], model);
+  if (stats.fRedundant) return {name, number(stats.fEstimate), ".", ".", ".", "redundant"};
+  const std::optional<double> error = StandardError(model, stats.fIndex);
+  std::optional<double> wald;
+  if (error) wald = (stats.fEstimate / *error) * (stats.fEstimate / *error);
+  return {name, number(stats.fEstimate), number(error), number(wald),
+          number(std::exp(stats.fEstimate))};
+}
+
+// The parameters of one category, from `begin` to before `end`.
+std::string BlockText(const LogisticModel& model, const NumberText& number, std::size_t begin,
+                      std::size_t end) {
+  TextTable table(4);
+  table.Add({"Parameter", "Estimate", "Std. error", "Wald", "exp(Estimate)"});
+  table.AddRule();
+  for (std::size_t i = begin; i < end; ++i) {
+    table.Add(ParameterRow(model, number, model.Results().GetParamStats()[i]));
+  }
+  table.AddRule();
+  const int category = (*model.Results().GetParameters())[begin].GetTargetCategory();
+  const int reference = model.Data().UsedCategories() - 1;
+  return fmt::format("{} against {}\n\n{}\n", Printable(model.Category(category)),
+                     Printable(model.Category(reference)), table.Text());
+}
+
+int Redundant(const LogisticModel& model) {
+  int count = 0;
+  for (const MCRegrParameterStats& stats : model.Results().GetParamStats()) {
+    count += stats.fRedundant ? 1 : 0;
+  }
+  return count;
+}
+
+std::string ParametersText(const LogisticModel& model, const NumberText& number) {
+  const std::vector<MCRegrParameter>& parameters = *model.Results().GetParameters();
+  std::string text;
+  std::size_t begin = 0;
+  for (std::size_t end = 1; end <= parameters.size(); ++end) {
+    const bool isSameBlock = end < parameters.size() && parameters[end].GetTargetCategory() ==
+                                                            parameters[begin].GetTargetCategory();
+    if (isSameBlock) continue;
+    text += BlockText(model, number, begin, end);
+    begin = end;
+  }
+  if (Redundant(model) > 0) text += std::string(kRedundantNote) + "\n";
+  return text;
+}
+
+std::string FitText(const LogisticModel& model, const NumberText& number) {
+  const IMCRegOutputStats& results = model.Results();
+  const MCConvergence& convergence = model.Convergence();
+  const auto statistic = [&](MCConst::MCModelFitStat which) {
+    return number(Defined(results.GetModelFitStat(which)));
+  };
+  TextTable table(1);
+  table.Add({"First log-likelihood", number(Defined(convergence.fInitialLL)),
+             model.Design().hasIntercept ? "each category as likely as it is frequent"
+                                         : "all categories equally likely"});
+  table.Add({"Final log-likelihood", number(Defined(convergence.fFinalLL))});
+  table.Add({"Cox-Snell R square", statistic(MCConst::MC_FIT_COX_SNELL)});
+  table.Add({"Nagelkerke R square", statistic(MCConst::MC_FIT_NAGELKERKE)});
+  table.Add({"McFadden R square", statistic(MCConst::MC_FIT_MCFADDEN)});
+  const int estimated = static_cast<int>(results.GetParamStats().size()) - Redundant(model);
+  table.Add({"Parameters estimated", fmt::format("{}", estimated)});
+  table.Add({"Sum of frequencies", number(results.GetTotalFreqWeight())});
+  return table.Text() + "\n";
+}
+
+std::vector<std::string> ClassificationRow(const LogisticModel& model, const NumberText& number,
+                                           int observed) {
+  const Classification& cases = model.Classified();
+  std::vector<std::string> cells = {Printable(model.Category(observed))};
+  if (cases.Categories() <= kWidestTable) {
+    for (int predicted = 0; predicted < cases.Categories(); ++predicted) {
+      cells.push_back(number(cases.Cases(observed, predicted)));
+    }
+  } else {
+    cells.push_back(number(cases.Cases(observed)));
+    cells.push_back(number(cases.Cases(observed, observed)));
+  }
+  cells.push_back(PercentText(cases.Cases(observed, observed), cases.Cases(observed)));
+  return cells;
+}
+
+std::string ClassificationText(const LogisticModel& model, const NumberText& number) {
+  const Classification& cases = model.Classified();
+  const int categories = cases.Categories();
+  std::vector<std::string> head = {"Observed"};
+  if (categories <= kWidestTable) {
+    for (int code = 0; code < categories; ++code) head.push_back(Printable(model.Category(code)));
+  } else {
+    head.insert(head.end(), {"Cases", "Correct"});
+  }
+  head.emplace_back("Correct");
+  TextTable table(head.size() - 1);
+  table.Add(head);
+  table.AddRule();
+  for (int code = 0; code < categories; ++code) {
+    table.Add(ClassificationRow(model, number, code));
+  }
+  table.AddRule();
+  std::vector<std::string> all(head.size(), "");
+  all.front() = "All";
+  all.back() = PercentText(cases.Correct(), cases.Cases());
+  table.Add(all);
+  return "Cases by observed and predicted category\n\n" + table.Text();
+}
+
+}  // namespace
+
+std::string LogisticHead(const Dataset& data, int digits) {
+  const NumberText number(digits);
+  const LabelTable& labels = data.LabelsAt(data.Layout().Position(Role::kDependent));
+  const bool hasFrequency = data.Layout().Position(Role::kFrequency) >= 0;
+  TextTable table(hasFrequency ? 2 : 1);
+  std::vector<std::string> head = {"Category", "Rows"};
+  if (hasFrequency) head.emplace_back("Cases");
+  table.Add(head);
+  table.AddRule();
+  for (int code = 0; code < data.UsedCategories(); ++code) {
+    const CategoryCount& count = data.CategoryCounts()[static_cast<std::size_t>(code)];
+    std::vector<std::string> row = {Printable(labels.Label(code)), fmt::format("{}", count.rows)};
+    if (hasFrequency) row.push_back(number(count.cases));
+    if (code == data.UsedCategories() - 1) row.emplace_back("reference");
+    table.Add(row);
+  }
+  return HeadText("Logistic", data) + table.Text();
+}
+
+std::string LogisticReport(const LogisticModel& model, int digits) {
+  const NumberText number(digits);
+  return fmt::format("\n{}\n\n{}{}{}", StoppingText(model.Convergence()),
+                     ParametersText(model, number), FitText(model, number),
+                     ClassificationText(model, number));
+}
+
+}  // namespace mcfit

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+/// Lines of a report by the text in front of their first two blanks; the numbers behind it, of all
+/// lines of that name.
+std::map<std::string, std::vector<double>> Numbers(const std::string& report);
+
+/// Arguments of mcfit and a part of the message that they lead to.
+struct Failure {
+  std::vector<std::string> arguments;
+  std::string message;
+};
+
+/// Expects that each ends with the status, tells the message and writes no results.
+void ExpectFailures(int status, const std::vector<Failure>& failures);
