@@ -107,6 +107,12 @@ TEST(MCRegOptimizerConvergence, WithoutAnAccumulatorNoSeparationIsFound) {
   EXPECT_EQ(optimizer.CheckForConvergence({1.0}, -2.0, 0, 0.0, true), MCConst::MC_CONV_NONE);
 }
 
+TEST(MCRegOptimizerConvergence, WithoutParametersTheirCriterionIsNotMet) {
+  ScriptedRun run(0);
+  EXPECT_EQ(run.Optimizer().CheckForConvergence({}, -2.0, 0, 1.0, false), MCConst::MC_CONV_NONE);
+  EXPECT_EQ(run.EstStats().fParamChange, 0.0);
+}
+
 struct CriterionCase {
   const char* fName;
   double fLLCriterion;

@@ -78,6 +78,16 @@ TEST(MCRegOptimizer, RefusesToRunWithoutHandlerAccumulatorOrMatrix) {
   EXPECT_EQ(noHandler.GetConverCrit(), MCConst::MC_CONV_NOT_RUN);
 }
 
+TEST(MCRegOptimizer, AnswersAStandingErrorWithoutAnotherPass) {
+  const MCStatus noData(307, false);
+  ScriptedRun run;
+  run.Script().fStatuses[0] = noData;
+  EXPECT_TRUE(run.Estimate() == noData);
+  run.fLog.fWords.clear();
+  EXPECT_TRUE(run.Estimate() == noData);
+  EXPECT_EQ(run.fLog.Text(), "Set Clean");
+}
+
 TEST(MCRegOptimizer, AnswersTheHandlersLastWarning) {
   ScriptedRun run;
   run.fSettings.SetMaxIterations(1);
@@ -224,7 +234,9 @@ TEST(MCRegOptimizer, AddsTheStepToAsManyEstimatesAsThereAre) {
   run.Script().fScores = {{1.0, 2.0}};
   run.Script().fHessians = {{1.0, 0.0, 1.0}};
   run.fHandler.fOnPass = [&run](bool likelihoodOnly) {
-    if (!likelihoodOnly) run.fEstimates.resize(1);
+    if (likelihoodOnly) return;
+    run.fEstimates.resize(1);
+    run.fEstimates.shrink_to_fit();
   };
   EXPECT_TRUE(run.Estimate().IsOK());
   EXPECT_EQ(run.fEstimates, std::vector<double>{1.0});
@@ -262,6 +274,12 @@ TEST(MCRegOptimizer, CountsFisherIterationsOfHybridRunsAlone) {
     run.fSettings.SetMaxIterations(2);
     EXPECT_TRUE(run.Estimate().IsOK());
     EXPECT_EQ(run.Optimizer().GetFisherIterInHybrid(), 0);
+  }
+  for (const int budget : {3, -3}) {
+    ScriptedRun notRun;
+    notRun.fMethod = MCConst::MC_EST_HYBRID;
+    notRun.fFisherIterations = budget;
+    EXPECT_EQ(notRun.Optimizer().GetFisherIterInHybrid(), 0);
   }
   // A run that ends before its budget is spent: all of its iterations.
   ScriptedRun hybrid;

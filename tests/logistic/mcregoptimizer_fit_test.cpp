@@ -259,12 +259,21 @@ const RSquareCase kRSquareCases[] = {
     {"no gain", -3, -3, 4.0, 0, 0, 0, true},
 };
 
+// The missing value is one rounding away from infinity, and not to be taken for it.
+void ExpectValue(double value, double expected, const char* name) {
+  if (expected == kMissing) {
+    EXPECT_EQ(value, expected) << name;
+  } else {
+    EXPECT_DOUBLE_EQ(value, expected) << name;
+  }
+}
+
 TEST(MCRegOptimizerFit, RSquaresAtTheirEdges) {
   for (const RSquareCase& c : kRSquareCases) {
     const RSquares rSquares(c.fInitialLL, c.fFinalLL, c.fWeight);
-    EXPECT_DOUBLE_EQ(rSquares.fCoxSnell, c.fCoxSnell) << c.fName;
-    EXPECT_DOUBLE_EQ(rSquares.fNagelkerke, c.fNagelkerke) << c.fName;
-    EXPECT_DOUBLE_EQ(rSquares.fMcFadden, c.fMcFadden) << c.fName;
+    ExpectValue(rSquares.fCoxSnell, c.fCoxSnell, c.fName);
+    ExpectValue(rSquares.fNagelkerke, c.fNagelkerke, c.fName);
+    ExpectValue(rSquares.fMcFadden, c.fMcFadden, c.fName);
     EXPECT_EQ(rSquares.fbComplete, c.fbComplete) << c.fName;
   }
 }

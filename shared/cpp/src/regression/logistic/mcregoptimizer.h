@@ -33,8 +33,8 @@
 /// logit model the two are one matrix, and so are the methods.
 ///
 /// Row i of H is redundant where tolerance * H(i,i) is at least what the rows before it leave of
-/// H(i,i) (the settings' tolerance, default 1e-12; a diagonal below it is judged against 1). After
-/// each full pass the run stops with the first reason that holds:
+/// H(i,i) (the settings' tolerance, default 1e-12; a diagonal below the tolerance is judged against
+/// 1). After each full pass the run stops with the first reason that holds:
 ///     7  MC_CONV_COMPLETE_SEP  the smallest and the largest probability of an observed category
 ///                              are at least 0.99
 ///     8  MC_CONV_QUASI_SEP     the smallest diagonal element of the Cholesky factor is at most
@@ -73,13 +73,13 @@ class MC_EXPORT MCRegOptimizer {
 public:
   /// Settings and model are borrowed for the life of the optimizer, which asks the settings for
   /// criteria, limits and cancel query now; handler and accumulator are borrowed until Estimate()
-  /// has answered. `estimates` is borrowed for the life of the optimizer: it is resized to the
-  /// model's number of non-redundant parameters (a negative one counts as 0), new entries 0.0,
-  /// holds the initial estimates then and the current ones during the run. The accumulator is to
-  /// read that vector. `listener` may be null; it gets a report on the initial estimates, one every
-  /// `reportFrequency` iterations (every one, below 2) and one on the last iteration if that had
-  /// none. `fisherIterations` is the most iterations of Fisher scoring under MC_EST_HYBRID; with 0
-  /// or less a hybrid run never switches.
+  /// has answered. `estimates` is borrowed until then, too, and for GetParEstimates() and
+  /// Display(): it is resized to the model's number of non-redundant parameters (a negative one
+  /// counts as 0), new entries 0.0, holds the initial estimates then and the current ones during
+  /// the run. The accumulator is to read that vector. `listener` may be null; it gets a report on
+  /// the initial estimates, one every `reportFrequency` iterations (every one, below 2) and one on
+  /// the last iteration if that had none. `fisherIterations` is the most iterations of Fisher
+  /// scoring under MC_EST_HYBRID; with 0 or less a hybrid run never switches.
   MCRegOptimizer(const MCLogRegSettings& settings, const IMCRegModel& model,
                  IMCDataHandler* dataHandler, IMCAccumStats* accumStats,
                  std::vector<double>& estimates, ProgressListener* listener, int reportFrequency,
@@ -93,7 +93,7 @@ public:
   /// few for the matrix leave the step as it was. The answer is OK whatever the stopping reason.
   MCCommon::MCStatus Estimate();
 
-  /// The vector that the constructor was given.
+  /// The vector that the constructor was given, which must still be there.
   const std::vector<double>& GetParEstimates() const { return fvBeta; }
 
   /// One row per parameter: zeros before Estimate(), the covariance matrix after a run that ended
@@ -137,7 +137,7 @@ public:
   /// False if any is missing.
   bool ComputeRSquares(double& coxSnell, double& nagelkerke, double& mcFadden) const;
 
-  /// Stops the run after the trial or the full pass that it is in; may be called from any thread.
+  /// Stops the run before its next trial or iteration; may be called from any thread.
   void Cancel() { fbCancelled.store(true, std::memory_order_relaxed); }
 
   /// Writes results and criteria to the display stream.
