@@ -150,10 +150,10 @@ public:
   ///
   /// Predicted is the category with the greatest linear predictor, the reference having 0.0. The
   /// others are gone through in order with the best so far: one above best + e, e the machine
-  /// epsilon, is the new best, else one above best - e ties with it. Both sums are rounded to
-  /// doubles, so that from 2.0 on best - e is best itself and equal predictors do not tie: the
-  /// first is predicted then. Of a tie the greatest weighted count decides, then the greatest
-  /// unweighted count, then the smallest code.
+  /// epsilon, is the new best, else one above best - e ties with it. Both bounds are rounded to
+  /// doubles: from 4.0 on, and for every other double between 2.0 and 4.0, best - e is best itself,
+  /// and equal predictors do not tie but the first is predicted. Of a tie the greatest weighted
+  /// count decides, then the greatest unweighted count, then the smallest code.
   MCCommon::MCStatus Score(const double* row, std::vector<double>& probabilities,
                            int& predicted) const override;
 
@@ -284,7 +284,7 @@ private:
   int CompressedIndex(int basic) const;
 
   bool SweepColumns();
-  void TakeRedundancy();
+  void NumberColumns();
 
   double Predictor(std::size_t block) const;
   std::size_t FindLeader(const std::vector<double>& predictors) const;

@@ -31,8 +31,13 @@ MCStatus MCLogModel::IdentifyRedundancy() {
   if (fRecordsAdded == 0) return Fail(MCCommon::MCS_NOT_PROCESSED);
   if (fModelBuilt) return Fail(MCCommon::MCS_ALREADY_BUILT);
   if (fXPrimeX == nullptr) return Fail(MCCommon::MCS_NOT_PROCESSED);
+  // Room first: where memory runs out the matrix isn't consumed yet.
+  std::vector<int> nonRedIndices(fBasicParams.size(), -1);
+  MCBitSet redundancy(GetNParameters());
   const bool isSwept = !fCancelInfo->WillCancel() && SweepColumns();
-  TakeRedundancy();
+  fBasicNonRedIndices.swap(nonRedIndices);
+  fRedundancy = std::move(redundancy);
+  NumberColumns();
   // What was skipped stays skipped, even if the query changes its mind.
   if (!isSwept || fCancelInfo->WillCancel()) return Fail(MCCommon::MCS_CANCELLED);
   return fStatus;
@@ -51,9 +56,8 @@ bool MCLogModel::SweepColumns() {
   return nSwept == fNBasic;
 }
 
-void MCLogModel::TakeRedundancy() {
-  fBasicNonRedIndices.assign(fBasicParams.size(), -1);
-  fRedundancy = MCBitSet(GetNParameters());
+// Numbers the columns that aren't redundant, in the first block and in all.
+void MCLogModel::NumberColumns() {
   fNNonRed = 0;
   fNBasicNonRed = 0;
   for (int j = 0; j < fNBasic; ++j) {
