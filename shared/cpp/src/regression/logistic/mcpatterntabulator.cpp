@@ -110,6 +110,7 @@ MCStatus MCPatternTabulator::CreateRowPatterns(RecordIterator& source, const MCF
   fStoredRows = 0;
   TakeTables(tables, model);
   SetPacking();
+  fpPlaces->BeginPatterns(tables, fBounds);
   if (!source.HasMore()) fStatus.Fail(MCCommon::MCS_NO_DATA);
   const bool wasCancelled = ReadValidRows(
       source, [this, &tables](const Record& record) { return ProcessRowPattern(record, tables); });
@@ -148,7 +149,6 @@ void MCPatternTabulator::SetPacking() {
   fNPackedKey = static_cast<int>(fPackedBounds.size());
   fpKey = std::make_unique<MCHashKey>(fNPackedKey);
   fpRowPatternTable = std::make_unique<MCCommonMath::MCHashtable<MCRowPatterns>>();
-  fpPlaces->BeginPatterns(fBounds);
 }
 
 MCStatus MCPatternTabulator::ProcessRowPattern(const Record& record, const MCFactorTables& tables) {
@@ -202,14 +202,13 @@ void MCPatternTabulator::FillKey(const std::vector<int>& localIndices, std::vect
 // Null if the indices are not those of the tables that the patterns are made for.
 MCRowPatterns* MCPatternTabulator::FindOrAddPattern(const std::vector<int>& localIndices,
                                                     const double* row) {
-  if (localIndices.size() != fBounds.size()) return nullptr;
-  MCRowPatterns** place = fpPlaces->Find(localIndices);
-  if (place != nullptr && *place != nullptr) return *place;
+  MCRowPatterns* pattern = fpPlaces->Find(row, localIndices);
+  if (pattern != nullptr) return pattern;
   if (!HasLocalIndices(localIndices)) return nullptr;
   FillKey(localIndices, fKeyElements, *fpKey);
   const auto* pair = fpRowPatternTable->Get(fpKey.get());
-  MCRowPatterns* pattern = pair == nullptr ? PutPattern(row) : pair->fValue;
-  if (place != nullptr) *place = pattern;
+  pattern = pair == nullptr ? PutPattern(row) : pair->fValue;
+  fpPlaces->Set(row, localIndices, pattern);
   return pattern;
 }
 

@@ -37,14 +37,20 @@ public:
   /// Whether there is a grid.
   bool IsUsed() const { return !fCells.empty(); }
 
-  /// The place of a combination, with the levels of all factors of the design at `levels`; null if
-  /// there is no grid or a level is out of range. It holds Value() until somebody sets it.
-  Value* Find(const int* levels) {
-    const std::size_t cell = CellOf(levels);
+  /// The place of a combination, with the level of factor i of the design being `levelOf(i)`; null
+  /// if there is no grid or a level is out of range. It holds Value() until somebody sets it.
+  template <class LevelOf>
+  Value* FindWith(LevelOf levelOf) {
+    const std::size_t cell = CellOf(levelOf);
     return cell < fCells.size() ? &fCells[cell] : nullptr;
   }
+
+  /// The same with the levels of all factors of the design at `levels`.
+  Value* Find(const int* levels) {
+    return FindWith([levels](std::size_t factor) { return levels[factor]; });
+  }
   const Value* Find(const int* levels) const {
-    const std::size_t cell = CellOf(levels);
+    const std::size_t cell = CellOf([levels](std::size_t factor) { return levels[factor]; });
     return cell < fCells.size() ? &fCells[cell] : nullptr;
   }
 
@@ -55,11 +61,12 @@ private:
     std::size_t fStride;
   };
 
-  std::size_t CellOf(const int* levels) const {
+  template <class LevelOf>
+  std::size_t CellOf(LevelOf levelOf) const {
     std::size_t cell = 0;
     for (const Term& term : fTerms) {
       // A negative level becomes a huge one.
-      const auto level = static_cast<std::size_t>(levels[term.fFactor]);
+      const auto level = static_cast<std::size_t>(levelOf(term.fFactor));
       if (level >= term.fNCategories) return fCells.size();
       cell += level * term.fStride;
     }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/logistic/detail/mcpatternplaces.h"
 
-#include "regression/frame/detail/mcnumericcast.h"
-
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -12,12 +10,6 @@ namespace MCCommon {
 namespace detail {
 
 namespace {
-
-std::vector<int> CountingTo(std::size_t n) {
-  std::vector<int> numbers(n);
-  std::iota(numbers.begin(), numbers.end(), 0);
-  return numbers;
-}
 
 bool IsInAnyEffect(int factor, const MCFactorTables& tables) {
   const auto& effects = tables.GetModelEffectFactors();
@@ -32,37 +24,64 @@ MCPatternPlaces::MCPatternPlaces(const std::vector<int>& factors,
                                  const std::vector<int>& factorSizes)
     : fFactors(factors), fFactorSizes(factorSizes) {}
 
-void MCPatternPlaces::BeginCounting(const MCFactorTables& tables) {
-  std::vector<int> sizes;
-  fCountedFactors.clear();
+// Whether the cells are now by other factors than before.
+bool MCPatternPlaces::SetCellFactors(const MCFactorTables& tables) {
+  const std::vector<int> before(std::move(fCellFactors));
+  fCellFactors.clear();
+  fCellSizes.clear();
   for (std::size_t i = 0; i < fFactors.size(); ++i) {
     if (!IsInAnyEffect(fFactors[i], tables)) continue;
-    fCountedFactors.push_back(fFactors[i]);
-    sizes.push_back(fFactorSizes[i]);
+    fCellFactors.push_back(fFactors[i]);
+    fCellSizes.push_back(fFactorSizes[i]);
   }
-  fLevels.assign(sizes.size(), 0);
-  fCounts = MCCellGrid<std::uint32_t>(CountingTo(sizes.size()), sizes);
+  return fCellFactors != before;
 }
 
-std::uint32_t* MCPatternPlaces::FindCount(const double* row) {
-  if (!fCounts.IsUsed()) return nullptr;
-  std::transform(fCountedFactors.begin(), fCountedFactors.end(), fLevels.begin(),
-                 [row](int factor) { return TruncateToInt(row[factor] + 0.5); });
-  return fCounts.Find(fLevels.data());
+void MCPatternPlaces::BeginCounting(const MCFactorTables& tables) {
+  SetCellFactors(tables);
+  fCounts = MCCellGrid<std::uint32_t>(fCellFactors, fCellSizes);
 }
 
 void MCPatternPlaces::Count(const double* row) {
-  std::uint32_t* count = FindCount(row);
+  std::uint32_t* count = FindPlace(fCounts, row);
   if (count != nullptr && *count < std::numeric_limits<std::uint32_t>::max()) ++*count;
 }
 
 std::size_t MCPatternPlaces::CountOf(const double* row) {
-  const std::uint32_t* count = FindCount(row);
+  const std::uint32_t* count = FindPlace(fCounts, row);
   return count == nullptr ? 0 : *count;
 }
 
-void MCPatternPlaces::BeginPatterns(const std::vector<int>& bounds) {
-  fPatterns = MCCellGrid<MCRowPatterns*>(CountingTo(bounds.size()), bounds);
+void MCPatternPlaces::BeginPatterns(const MCFactorTables& tables, const std::vector<int>& bounds) {
+  if (SetCellFactors(tables)) fCounts = MCCellGrid<std::uint32_t>();
+  fNLocalEffects = bounds.size();
+  std::vector<int> effects(fNLocalEffects);
+  std::iota(effects.begin(), effects.end(), 0);
+  fPatterns = MCCellGrid<MCRowPatterns*>(effects, bounds);
+  fCells = fPatterns.IsUsed() ? MCCellGrid<Cell>() : MCCellGrid<Cell>(fCellFactors, fCellSizes);
+  fLocalIndices.clear();
+}
+
+// A cell doesn't tell in which tables its row was looked up, so that the indices decide.
+MCRowPatterns* MCPatternPlaces::FindInCell(const double* row,
+                                           const std::vector<int>& localIndices) {
+  const Cell* cell = FindPlace(fCells, row);
+  if (cell == nullptr || cell->fPattern == nullptr) return nullptr;
+  const int* indices = fLocalIndices.data() + cell->fFirstIndex;
+  return std::equal(localIndices.begin(), localIndices.end(), indices) ? cell->fPattern : nullptr;
+}
+
+void MCPatternPlaces::Set(const double* row, const std::vector<int>& localIndices,
+                          MCRowPatterns* pattern) {
+  if (fPatterns.IsUsed()) {
+    *fPatterns.Find(localIndices.data()) = pattern;
+    return;
+  }
+  Cell* cell = FindPlace(fCells, row);
+  if (cell == nullptr || cell->fPattern != nullptr) return;
+  cell->fFirstIndex = fLocalIndices.size();
+  fLocalIndices.insert(fLocalIndices.end(), localIndices.begin(), localIndices.end());
+  cell->fPattern = pattern;
 }
 
 std::unique_ptr<MCRowPatterns> MCPatternPlaces::TakeNewPattern() {
@@ -79,9 +98,11 @@ std::unique_ptr<MCRowPatterns> MCPatternPlaces::TakeNewPattern() {
 }
 
 void MCPatternPlaces::Clear() {
-  fCounts = {};
-  fPatterns = {};
+  fCounts = MCCellGrid<std::uint32_t>();
+  fPatterns = MCCellGrid<MCRowPatterns*>();
+  fCells = MCCellGrid<Cell>();
   fNewPatterns.clear();
+  std::vector<int>().swap(fLocalIndices);
 }
 
 }  // namespace detail
