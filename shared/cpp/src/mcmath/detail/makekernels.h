@@ -12,8 +12,10 @@ namespace {
 /// The kernels for vectors of W doubles.
 template <std::size_t W>
 constexpr MCCommonMath::detail::VectorKernels MakeKernels() {
-  return {TileShape<W>::kColumns, StageRow<W>,   FoldBlock<W>,    AddOuter<W>, DotRows<W>,
-          MultinomialRows<W>,     Predictors<W>, AddScaledRows<W>};
+  return {
+      TileShape<W>::kColumns, StageRow<W>,     FoldBlock<W>,   AddOuter<W>,   DotRows<W>,
+      MultinomialRows<W>,     Predictors<W>,   LoadColumns<W>, FillPanels<W>, TileShape<W>::kRows,
+      FoldBands<W>,           AddScaledRows<W>};
 }
 
 }  // namespace

@@ -88,10 +88,27 @@ struct VectorKernels {
   /// Linear predictors of the kProbabilityRows rows from `row` on, in the layout of `multinomial`.
   void (*predictors)(const PredictorTerms& terms, std::size_t row, double* eta);
 
-  /// Adds factors[k] * x[j], x being row k < count of the right half of a block, to sums[j], one
-  /// row after the other. `sums` has room for whole panels.
+  /// Turns nColumns neighbouring entries of `count` rows, which lie `stride` apart, into columns,
+  /// which lie `pitch` apart. Answers the sum of their squares, in any order.
+  double (*loadColumns)(const double* rows, std::size_t stride, std::size_t count,
+                        std::size_t nColumns, double* columns, std::size_t pitch);
+
+  /// Writes rows 0 to count - 1 of the left half of a block from its columns. Both are taken in
+  /// whole vectors: there are readable columns and rows up to the next multiple of kLineDoubles.
+  void (*fillPanels)(const RowBlock& block, const double* const* columns, std::size_t count);
+
+  /// Rows of a band, see foldBands.
+  std::size_t bandRows;
+
+  /// The same as foldBlock, to a triangle stored in bands: band b holds rows b * bandRows up to
+  /// (b + 1) * bandRows - 1, each with its first (b + 1) * bandRows columns, beginning behind the
+  /// bands before it. What lies right of the diagonal or below the last row means nothing.
+  void (*foldBands)(const RowBlock& block, std::size_t count, double* bands);
+
+  /// Adds factors[k * bandRows + r] * x[j], x being row k < count of the right half of a block, to
+  /// target[r * pitch + j], one row after the other. Takes whole vectors of columns.
   void (*addScaledRows)(const RowBlock& block, std::size_t count, const double* factors,
-                        double* sums);
+                        double* target, std::size_t pitch);
 };
 
 extern const VectorKernels kSse2Kernels;

@@ -129,7 +129,11 @@ private:
   /// The two ways of adding stored rows; both answer as UpdateForPattern() does.
   int UpdateTogether(const StoredRows& rows, const MCCancelInfo& cancel, bool likelihoodOnly);
   int UpdateOneByOne(const StoredRows& rows, const MCCancelInfo& cancel, bool likelihoodOnly);
-  void AddTile(std::size_t count, bool likelihoodOnly);
+  /// Adds rows as long as they are ordinary, and answers how many; `answer` becomes 1 for a cancel.
+  std::size_t AddTiles(const StoredRows& stored, const MCCancelInfo& cancel, bool likelihoodOnly,
+                       int& answer);
+  /// Adds rows of the tile to all sums but scores and Hessian.
+  void AddTile(std::size_t count);
   void DisplaySums() const;
 
   const MCRegSettings& fpSettings;

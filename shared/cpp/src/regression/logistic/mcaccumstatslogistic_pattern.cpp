@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "regression/frame/detail/mcnumericcast.h"
 #include "regression/logistic/detail/mcpatterntile.h"
 #include "regression/logistic/mcaccumstatslogistic.h"
 
@@ -33,23 +32,42 @@ int MCAccumStatsLogistic::UpdateForPattern(const MCCommon::detail::MCPatternColu
                     : UpdateOneByOne(stored, cancel, likelihoodOnly);
 }
 
-// The tests of the rows come before the polls, so that there is one poll for each row up to the one
-// that ends the loop. From a row that isn't ordinary on, the rest of its tile goes one by one.
+// From a row that isn't ordinary on, as many as a tile holds go one by one.
 int MCAccumStatsLogistic::UpdateTogether(const StoredRows& stored, const MCCancelInfo& cancel,
                                          bool likelihoodOnly) {
-  for (std::size_t row = 0; row < stored.count;) {
+  std::size_t row = 0;
+  for (;;) {
+    int answer = 0;
+    row += AddTiles(stored.From(row, stored.count - row), cancel, likelihoodOnly, answer);
+    if (answer != 0 || row == stored.count) return answer;
+    const std::size_t count = std::min(stored.count - row, fpTile->Capacity());
+    answer = UpdateOneByOne(stored.From(row, count), cancel, likelihoodOnly);
+    if (answer != 0) return answer;
+    row += count;
+  }
+}
+
+// The rows are tested before they are polled for, so that there is one poll for each row up to the
+// one that ends the loop.
+std::size_t MCAccumStatsLogistic::AddTiles(const StoredRows& stored, const MCCancelInfo& cancel,
+                                           bool likelihoodOnly, int& answer) {
+  const MCPatternTile::Sums sums{fScores, fHessian};
+  if (!likelihoodOnly) fpTile->Gather(sums);
+  std::size_t row = 0;
+  bool goesOn = true;
+  while (goesOn && row < stored.count) {
     const std::size_t wanted = std::min(stored.count - row, fpTile->Capacity());
     const std::size_t loaded = fpTile->Load(stored.Row(row), wanted);
     std::size_t taken = 0;
     while (taken < loaded && !cancel.WillCancel()) ++taken;
-    if (taken > 0) AddTile(taken, likelihoodOnly);
-    if (taken < loaded) return 1;
-    const StoredRows rest = stored.From(row + loaded, wanted - loaded);
-    const int answer = UpdateOneByOne(rest, cancel, likelihoodOnly);
-    if (answer != 0) return answer;
-    row += wanted;
+    if (taken < loaded) answer = 1;
+    goesOn = taken == wanted;
+    AddTile(taken);
+    if (!likelihoodOnly) fpTile->Add(sums);
+    row += taken;
   }
-  return 0;
+  if (!likelihoodOnly) fpTile->Scatter(sums);
+  return row;
 }
 
 int MCAccumStatsLogistic::UpdateOneByOne(const StoredRows& stored, const MCCancelInfo& cancel,
@@ -75,18 +93,20 @@ void MCAccumStatsLogistic::ExpandRow(const StoredRows& stored, std::size_t row) 
   }
 }
 
-void MCAccumStatsLogistic::AddTile(std::size_t count, bool likelihoodOnly) {
+void MCAccumStatsLogistic::AddTile(std::size_t count) {
   MCPatternTile& tile = *fpTile;
   tile.ComputeProbabilities(count);
+  double logLikelihood = fLL;
+  double weight = fTotalWeight;
   for (std::size_t r = 0; r < count; ++r) {
-    MCCommon::detail::CountUp(fNValid);
-    fTotalWeight += tile.Weight(r);
-    fLL += tile.LogLikelihood(r);
+    weight += tile.Weight(r);
+    logLikelihood += tile.LogLikelihood(r);
   }
+  fLL = logLikelihood;
+  fTotalWeight = weight;
+  fNValid += static_cast<int>(
+      std::min(count, static_cast<std::size_t>(std::numeric_limits<int>::max() - fNValid)));
   for (std::size_t r = 0; fbCheckSeparation && r < count; ++r) {
     TrackProbabilities(tile.Probabilities(r), MCPatternTile::kStride, tile.Category(r));
   }
-  if (likelihoodOnly) return;
-  tile.AddScores(fScores);
-  tile.AddOuterProducts(fHessian);
 }

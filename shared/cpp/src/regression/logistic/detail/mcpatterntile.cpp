@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/logistic/detail/mcpatterntile.h"
 
-#include "mcmath/detail/mcdot.h"
 #include "mcmath/detail/packedtriangle.h"
 #include "mcmath/mcsymblockmatrix.h"
 #include "regression/frame/detail/mcnumericcast.h"
@@ -14,21 +13,24 @@ namespace MCCommon {
 namespace detail {
 
 using MCCommonMath::detail::kBandRows;
+using MCCommonMath::detail::kLineDoubles;
 using MCCommonMath::detail::RowBlock;
 using MCCommonMath::detail::RowStart;
-using MCCommonMath::detail::SumInLanes;
 
 namespace {
 
+/// Patterns of more columns are added to the Hessian's own triangles, or to a packed copy of the
+/// pattern's part of them.
+constexpr std::size_t kMostInBands = 64;
+
 /// Rows of a tile: few keep it in the nearest cache, many amortise the reading and writing of the
-/// sums. Multiples of a group.
+/// sums. Multiples of kStride.
 std::size_t TileRows(std::size_t nColumns) {
-  if (nColumns <= 24) return 64;
-  return nColumns <= 48 ? 128 : 256;
+  return nColumns <= kMostInBands ? 64 : 256;
 }
 
 /// Instead of a position: the value is made of several.
-constexpr int kProduct = -1;
+constexpr int kComputed = -1;
 
 bool IsConstant(const MCPatternColumns& columns, std::size_t column) {
   return columns.fTermBegin[column] == columns.fTermBegin[column + 1];
@@ -37,13 +39,13 @@ bool IsConstant(const MCPatternColumns& columns, std::size_t column) {
 /// Place of the value in a stored row if the column is just that.
 int PositionOf(const MCPatternColumns& columns, std::size_t column) {
   const std::size_t begin = columns.fTermBegin[column];
-  if (columns.fTermBegin[column + 1] - begin != 1) return kProduct;
-  return columns.fTerms[begin].fPower == 1 ? columns.fTerms[begin].fPosition : kProduct;
+  if (columns.fTermBegin[column + 1] - begin != 1) return kComputed;
+  const MCColumnTerm& term = columns.fTerms[begin];
+  return term.fPower == 1 && term.fPosition >= 0 ? term.fPosition : kComputed;
 }
 
-/// Sum of magnitudes: none of them is larger, and it is NaN if one of them is.
-double Magnitudes(const double* x, std::size_t n) {
-  return SumInLanes(n, [x](std::size_t i) { return std::abs(x[i]); });
+std::size_t RoundUp(std::size_t n, std::size_t multiple) {
+  return (n + multiple - 1) / multiple * multiple;
 }
 
 }  // namespace
@@ -75,24 +77,25 @@ bool MCPatternTile::Begin(const MCPatternColumns& columns, const MCPatternLayout
   fpLayout = &layout;
   fShape = shape;
   fNColumns = columns.NColumns();
-  if (nRows < kFewRows || !HasGoodIndices()) return false;
-  if (estimates.size() < NEquations() * shape.nParams) return false;
-  if (!AreEstimatesOrdinary(estimates)) return false;
+  if (nRows < kFewRows || !HasGoodIndices() || !AreEstimatesOrdinary(estimates)) return false;
   SortColumns();
   Reserve();
+  PointToColumns();
   GatherEstimates(estimates);
   return true;
 }
 
 bool MCPatternTile::HasGoodIndices() const {
   const std::vector<int>& indices = fpColumns->fIndices;
-  if (indices.empty() || indices.front() < 0 || Index(fNColumns - 1) >= fShape.nParams)
+  if (indices.empty() || indices.front() < 0 || Index(fNColumns - 1) >= fShape.nParams) {
     return false;
+  }
   return std::adjacent_find(indices.begin(), indices.end(), std::greater_equal<>()) ==
          indices.end();
 }
 
 bool MCPatternTile::AreEstimatesOrdinary(const std::vector<double>& estimates) const {
+  if (estimates.size() < NEquations() * fShape.nParams) return false;
   for (std::size_t j = 0; j < NEquations(); ++j) {
     const double* block = estimates.data() + j * fShape.nParams;
     for (std::size_t c = 0; c < fNColumns; ++c) {
@@ -104,134 +107,167 @@ bool MCPatternTile::AreEstimatesOrdinary(const std::vector<double>& estimates) c
 
 void MCPatternTile::SortColumns() {
   fVarying.clear();
+  fNVarying = 0;
   for (std::size_t c = 0; c < fNColumns; ++c) {
-    if (!IsConstant(*fpColumns, c)) fVarying.push_back({c, PositionOf(*fpColumns, c)});
+    if (IsConstant(*fpColumns, c)) continue;
+    const int position = PositionOf(*fpColumns, c);
+    const bool isNext =
+        position != kComputed && !fVarying.empty() && fVarying.back().fPosition != kComputed &&
+        fVarying.back().fColumn + fVarying.back().fCount == c &&
+        position - fVarying.back().fPosition == static_cast<int>(fVarying.back().fCount);
+    if (isNext) {
+      ++fVarying.back().fCount;
+    } else {
+      fVarying.push_back({c, fNVarying, 1, position});
+    }
+    ++fNVarying;
   }
+  fNLeading = fVarying.empty() ? fNColumns : fVarying.front().fColumn;
 }
 
 void MCPatternTile::Reserve() {
+  const std::size_t bandRows = fKernels.bandRows;
   fCapacity = TileRows(fNColumns);
   fStarts.resize(NEquations());
   fCoefficients.resize(fNColumns * NEquations());
-  fTermColumns.resize(fNColumns);
-  fCategories.resize(std::max(fCategories.size(), fCapacity));
-  fValues.Grow((fVarying.size() + 1) * fCapacity);
+  fColumnValues.resize(RoundUp(fNColumns, kLineDoubles));
+  fCategories.resize(fCapacity);
+  fValues.Grow((fNVarying + 2) * fCapacity);
   fWeights.Grow(fCapacity);
   fPredictors.Grow(fShape.nCategs * fCapacity);
   fProbabilities.Grow(fShape.nCategs * fCapacity);
   fLogLikelihoods.Grow(fCapacity);
-  fScales.Grow(fCapacity);
   fPanels.Grow(RowBlock::PanelsSize(fKernels.panelColumns, fNColumns, fCapacity));
+  fScales.Grow(bandRows * fCapacity);
   fFoldScratch.Grow(kBandRows * fCapacity);
-  const std::size_t widest = std::max(RowStart(fNColumns), fNColumns + fKernels.panelColumns);
-  fSums.Grow(widest);
+  fScores.Grow(RoundUp(NEquations(), bandRows) * ScoresPitch());
+  fHessian.Grow(IsInBands() ? RowStart(NEquations()) * BandsSize() : RowStart(fNColumns));
   fBlock = {fNColumns,      fCapacity,      fPanels.Data(),
             fPanels.Data(), fScales.Data(), fFoldScratch.Data()};
-  fSlotsBegun = 0;
+}
+
+bool MCPatternTile::IsInBands() const {
+  return fNColumns <= kMostInBands;
+}
+
+std::size_t MCPatternTile::ScoresPitch() const {
+  return RoundUp(fNColumns, kLineDoubles);
+}
+
+std::size_t MCPatternTile::BandStart(std::size_t band) const {
+  return fKernels.bandRows * fKernels.bandRows * RowStart(band);
+}
+
+std::size_t MCPatternTile::BandsSize() const {
+  return BandStart(RoundUp(fNColumns, fKernels.bandRows) / fKernels.bandRows);
+}
+
+void MCPatternTile::PointToColumns() {
+  double* const ones = ValuesOf(fNVarying);
+  double* const zeros = ones + fCapacity;
+  std::fill(ones, zeros, 1.0);
+  std::fill(zeros, zeros + fCapacity, 0.0);
+  if (!HasWeights()) std::fill(fWeights.Data(), fWeights.Data() + fCapacity, 1.0);
+  const auto end = fColumnValues.begin() + static_cast<std::ptrdiff_t>(fNColumns);
+  std::fill(fColumnValues.begin(), end, ones);
+  std::fill(end, fColumnValues.end(), zeros);
+  for (const Varying& run : fVarying) {
+    for (std::size_t i = 0; i < run.fCount; ++i) {
+      fColumnValues[run.fColumn + i] = ValuesOf(run.fPlace + i);
+    }
+  }
 }
 
 // A sum starts from 0.0, and the leading constant columns come first in it.
 void MCPatternTile::GatherEstimates(const std::vector<double>& estimates) {
-  const std::size_t leading = fVarying.empty() ? fNColumns : fVarying.front().fColumn;
-  double* ones = ValuesOf(fVarying.size());
-  std::fill(ones, ones + fCapacity, 1.0);
-  std::fill(fTermColumns.begin(), fTermColumns.end(), ones);
-  for (std::size_t v = 0; v < fVarying.size(); ++v) {
-    fTermColumns[fVarying[v].fColumn - leading] = ValuesOf(v);
-  }
-  fTermColumns.resize(fNColumns - leading);
   for (std::size_t j = 0; j < NEquations(); ++j) {
     const double* block = estimates.data() + j * fShape.nParams;
     fStarts[j] = 0.0;
-    for (std::size_t c = 0; c < leading; ++c) fStarts[j] += block[Index(c)];
-    for (std::size_t c = leading; c < fNColumns; ++c) {
-      fCoefficients[(c - leading) * NEquations() + j] = block[Index(c)];
+    for (std::size_t c = 0; c < fNLeading; ++c) fStarts[j] += block[Index(c)];
+    for (std::size_t c = fNLeading; c < fNColumns; ++c) {
+      fCoefficients[(c - fNLeading) * NEquations() + j] = block[Index(c)];
     }
   }
 }
 
 std::size_t MCPatternTile::Load(const double* rows, std::size_t count) {
-  for (std::size_t v = 0; v < fVarying.size(); ++v) {
-    LoadColumn(fVarying[v], ValuesOf(v), rows, count);
-  }
-  LoadWeights(rows, count);
-  if (LoadCategories(rows, count) && AreOrdinary(count)) return count;
+  bool areOrdinary = LoadCategories(rows, count);
+  if (HasWeights()) areOrdinary &= LoadWeights(rows, count);
+  for (const Varying& run : fVarying) areOrdinary &= LoadColumns(run, rows, count);
+  if (areOrdinary && !HasEmptyRow(count)) return count;
   std::size_t row = 0;
   while (row < count && IsOrdinary(row)) ++row;
   return row;
 }
 
-void MCPatternTile::LoadColumn(const Varying& column, double* values, const double* rows,
-                               std::size_t count) {
+// A sum of squares within the limit's square is enough for each value to be within the limit.
+bool MCPatternTile::LoadColumns(const Varying& run, const double* rows, std::size_t count) {
+  double* values = ValuesOf(run.fPlace);
   const std::size_t stride = fpLayout->fStride;
-  if (column.fPosition >= 0) {
-    const double* from = rows + column.fPosition;
-    for (std::size_t r = 0; r < count; ++r) values[r] = from[r * stride];
-  } else {
-    for (std::size_t r = 0; r < count; ++r) {
-      values[r] = StoredValue(*fpColumns, column.fColumn, rows + r * stride);
-    }
+  if (run.fPosition != kComputed) {
+    return fKernels.loadColumns(rows + run.fPosition, stride, count, run.fCount, values,
+                                fCapacity) <= kLargest * kLargest;
   }
+  double squares = 0.0;
+  for (std::size_t r = 0; r < count; ++r) {
+    values[r] = StoredValue(*fpColumns, run.fColumn, rows + r * stride);
+    squares += values[r] * values[r];
+  }
+  return squares <= kLargest * kLargest;
 }
 
-void MCPatternTile::LoadWeights(const double* rows, std::size_t count) {
+bool MCPatternTile::LoadWeights(const double* rows, std::size_t count) {
   double* weights = fWeights.Data();
+  bool areOrdinary = true;
   for (std::size_t r = 0; r < count; ++r) {
     weights[r] = StoredWeight(*fpLayout, rows + r * fpLayout->fStride);
+    areOrdinary &= weights[r] > 0.0 && weights[r] <= kLargest;
   }
+  return areOrdinary;
 }
 
 bool MCPatternTile::LoadCategories(const double* rows, std::size_t count) {
   const int nCategs = static_cast<int>(fShape.nCategs);
   bool areInRange = true;
   for (std::size_t r = 0; r < count; ++r) {
-    const int category = StoredCategory(*fpLayout, rows + r * fpLayout->fStride);
-    fCategories[r] = category;
-    areInRange &= category >= 0 && category < nCategs;
+    fCategories[r] = StoredCategory(*fpLayout, rows + r * fpLayout->fStride);
+    areInRange &= fCategories[r] >= 0 && fCategories[r] < nCategs;
   }
   return areInRange;
 }
 
-/// The test of all rows together may fail where each passes.
-bool MCPatternTile::AreOrdinary(std::size_t count) const {
-  for (std::size_t v = 0; v < fVarying.size(); ++v) {
-    if (!(Magnitudes(ValuesOf(v), count) <= kLargest)) return false;
-  }
-  const double* weights = fWeights.Data();
-  if (!(Magnitudes(weights, count) <= kLargest)) return false;
-  if (std::any_of(weights, weights + count, [](double w) { return w <= 0.0; })) return false;
-  if (fVarying.size() < fNColumns) return true;
-  for (std::size_t r = 0; r < count; ++r) {
-    if (IsEmpty(r)) return false;
-  }
-  return true;
+bool MCPatternTile::HasEmptyRow(std::size_t count) const {
+  if (HasConstantColumn()) return false;
+  std::size_t row = 0;
+  while (row < count && !IsEmpty(row)) ++row;
+  return row < count;
 }
 
 bool MCPatternTile::IsOrdinary(std::size_t row) const {
-  const int category = fCategories[row];
-  if (category < 0 || category >= static_cast<int>(fShape.nCategs)) return false;
+  if (fCategories[row] < 0 || fCategories[row] >= static_cast<int>(fShape.nCategs)) return false;
   if (!(Weight(row) > 0.0 && Weight(row) <= kLargest)) return false;
-  for (std::size_t v = 0; v < fVarying.size(); ++v) {
+  for (std::size_t v = 0; v < fNVarying; ++v) {
     if (!(std::abs(ValuesOf(v)[row]) <= kLargest)) return false;
   }
   return !IsEmpty(row);
 }
 
 bool MCPatternTile::IsEmpty(std::size_t row) const {
-  if (fVarying.size() < fNColumns) return false;
+  if (HasConstantColumn()) return false;
   std::size_t v = 0;
-  while (v < fNColumns && ValuesOf(v)[row] == 0.0) ++v;
-  return v == fNColumns;
+  while (v < fNVarying && ValuesOf(v)[row] == 0.0) ++v;
+  return v == fNVarying;
 }
 
 void MCPatternTile::ComputeProbabilities(std::size_t count) {
   fCount = count;
-  const MCCommonMath::detail::PredictorTerms terms{
-      NEquations(), fStarts.data(), fTermColumns.size(), fCoefficients.data(), fTermColumns.data()};
+  const MCCommonMath::detail::PredictorTerms terms{NEquations(), fStarts.data(),
+                                                   fNColumns - fNLeading, fCoefficients.data(),
+                                                   fColumnValues.data() + fNLeading};
   for (std::size_t row = 0; row < count; row += kStride) {
-    double* predictors = fPredictors.Data() + row * fShape.nCategs;
+    double* predictors = fPredictors.Data() + Place(row);
     fKernels.predictors(terms, row, predictors);
-    fKernels.multinomial(predictors, NEquations(), fProbabilities.Data() + row * fShape.nCategs,
+    fKernels.multinomial(predictors, NEquations(), fProbabilities.Data() + Place(row),
                          fLogLikelihoods.Data() + row);
   }
   for (std::size_t r = 0; r < count; ++r) {
@@ -243,82 +279,105 @@ void MCPatternTile::ComputeProbabilities(std::size_t count) {
   }
 }
 
-void MCPatternTile::AddScores(std::vector<double>& scores) {
-  FillPanels();
-  double* sums = fSums.Data();
+/// Calls move(element, copy) for the pattern's elements of a triangle and their copies in bands, or
+/// in a packed triangle of their own.
+template <class Move>
+void MCPatternTile::MoveTriangle(std::vector<double>& triangle, double* copy, Move move) const {
+  const std::size_t bandRows = fKernels.bandRows;
+  for (std::size_t i = 0; i < fNColumns; ++i) {
+    const std::size_t band = i / bandRows;
+    double* elements = triangle.data() + RowStart(Index(i));
+    double* copies =
+        copy + (IsInBands() ? BandStart(band) + i % bandRows * (band + 1) * bandRows : RowStart(i));
+    for (std::size_t j = 0; j <= i; ++j) move(elements[Index(j)], copies[j]);
+  }
+}
+
+template <class Move>
+void MCPatternTile::MoveSums(const Sums& sums, Move move) {
   for (std::size_t c = 0; c < NEquations(); ++c) {
-    double* part = scores.data() + c * fShape.nParams;
-    ScaleForScores(c);
-    for (std::size_t i = 0; i < fNColumns; ++i) sums[i] = part[Index(i)];
-    fKernels.addScaledRows(fBlock, fCount, fScales.Data(), sums);
-    for (std::size_t i = 0; i < fNColumns; ++i) part[Index(i)] = sums[i];
+    double* scores = sums.scores.data() + c * fShape.nParams;
+    double* copies = fScores.Data() + c * ScoresPitch();
+    for (std::size_t i = 0; i < fNColumns; ++i) move(scores[Index(i)], copies[i]);
   }
-}
-
-void MCPatternTile::FillPanels() {
-  for (; fSlotsBegun < fCount; ++fSlotsBegun) BeginSlot(fSlotsBegun);
-  const std::size_t width = fKernels.panelColumns;
-  for (std::size_t v = 0; v < fVarying.size(); ++v) {
-    const double* values = ValuesOf(v);
-    double* entries = PanelColumn(fVarying[v].fColumn);
-    for (std::size_t r = 0; r < fCount; ++r) entries[r * width] = values[r];
-  }
-}
-
-void MCPatternTile::BeginSlot(std::size_t slot) {
-  const std::size_t width = fKernels.panelColumns;
-  for (std::size_t c = 0; c < (fNColumns + width - 1) / width * width; ++c) {
-    PanelColumn(c)[slot * width] = c < fNColumns ? 1.0 : 0.0;
-  }
-}
-
-double* MCPatternTile::PanelColumn(std::size_t column) {
-  const std::size_t width = fKernels.panelColumns;
-  return fPanels.Data() + column / width * RowBlock::PanelStride(width, fCapacity) + column % width;
-}
-
-void MCPatternTile::ScaleForScores(std::size_t category) {
-  for (std::size_t r = 0; r < fCount; ++r) {
-    const double p = Probabilities(r)[category * kStride];
-    const bool isObserved = fCategories[r] == static_cast<int>(category);
-    fScales.Data()[r] = Weight(r) * (isObserved ? 1.0 - p : -p);
-  }
-}
-
-void MCPatternTile::ScaleForBlock(std::size_t i, std::size_t j) {
-  for (std::size_t r = 0; r < fCount; ++r) {
-    const double p = Probabilities(r)[i * kStride];
-    const double q = i == j ? p - 1.0 : Probabilities(r)[j * kStride];
-    fScales.Data()[r] = -Weight(r) * (q * p);
-  }
-}
-
-void MCPatternTile::AddOuterProducts(MCCommonMath::MCSymBlockMatrix& hessian) {
+  if (!IsInBands()) return;
+  double* copy = fHessian.Data();
   for (std::size_t i = 0; i < NEquations(); ++i) {
-    for (std::size_t j = 0; j <= i; ++j) {
-      ScaleForBlock(i, j);
-      AddToBlock(hessian.GetElemSSRef(static_cast<int>(i), static_cast<int>(j)).AsVector());
+    for (std::size_t j = 0; j <= i; ++j, copy += BandsSize()) {
+      MoveTriangle(BlockOf(sums, i, j), copy, move);
     }
   }
 }
 
-/// The pattern's own rows and columns of the triangle, or all of it where they are all.
-void MCPatternTile::AddToBlock(std::vector<double>& triangle) {
+void MCPatternTile::Gather(const Sums& sums) {
+  MoveSums(sums, [](double& element, double& copy) { copy = element; });
+}
+
+void MCPatternTile::Scatter(const Sums& sums) {
+  MoveSums(sums, [](double& element, double& copy) { element = copy; });
+}
+
+std::vector<double>& MCPatternTile::BlockOf(const Sums& sums, std::size_t i, std::size_t j) {
+  return sums.hessian.GetElemSSRef(static_cast<int>(i), static_cast<int>(j)).AsVector();
+}
+
+void MCPatternTile::Add(const Sums& sums) {
+  fKernels.fillPanels(fBlock, fColumnValues.data(), fCount);
+  for (std::size_t c = 0; c < NEquations(); c += fKernels.bandRows) {
+    ScaleForScores(c);
+    fKernels.addScaledRows(fBlock, fCount, fScales.Data(), fScores.Data() + c * ScoresPitch(),
+                           ScoresPitch());
+  }
+  double* bands = fHessian.Data();
+  for (std::size_t i = 0; i < NEquations(); ++i) {
+    for (std::size_t j = 0; j <= i; ++j) {
+      ScaleForBlock(i, j);
+      if (IsInBands()) {
+        fKernels.foldBands(fBlock, fCount, bands);
+        bands += BandsSize();
+      } else {
+        AddToTriangle(BlockOf(sums, i, j));
+      }
+    }
+  }
+}
+
+void MCPatternTile::ScaleForScores(std::size_t first) {
+  const std::size_t bandRows = fKernels.bandRows;
+  for (std::size_t c = first; c < first + bandRows; ++c) {
+    double* scales = fScales.Data() + (c - first);
+    for (std::size_t r = 0; r < fCount; ++r) {
+      if (c >= NEquations()) {
+        scales[r * bandRows] = 0.0;
+        continue;
+      }
+      const double p = Probabilities(r)[c * kStride];
+      const bool isObserved = fCategories[r] == static_cast<int>(c);
+      scales[r * bandRows] = Weight(r) * (isObserved ? 1.0 - p : -p);
+    }
+  }
+}
+
+void MCPatternTile::ScaleForBlock(std::size_t i, std::size_t j) {
+  const double shift = i == j ? 1.0 : 0.0;
+  for (std::size_t row = 0; row < fCount; row += kStride) {
+    const double* p = fProbabilities.Data() + Place(row) + i * kStride;
+    const double* q = fProbabilities.Data() + Place(row) + j * kStride;
+    const double* weights = fWeights.Data() + row;
+    double* scales = fScales.Data() + row;
+    for (std::size_t r = 0; r < kStride; ++r) scales[r] = -weights[r] * ((q[r] - shift) * p[r]);
+  }
+}
+
+void MCPatternTile::AddToTriangle(std::vector<double>& triangle) {
   if (fNColumns == fShape.nParams) {
     fKernels.foldBlock(fBlock, fCount, triangle.data());
     return;
   }
-  double* tile = fSums.Data();
-  for (std::size_t i = 0; i < fNColumns; ++i) {
-    const double* row = triangle.data() + RowStart(Index(i));
-    for (std::size_t j = 0; j <= i; ++j) *tile++ = row[Index(j)];
-  }
-  fKernels.foldBlock(fBlock, fCount, fSums.Data());
-  tile = fSums.Data();
-  for (std::size_t i = 0; i < fNColumns; ++i) {
-    double* row = triangle.data() + RowStart(Index(i));
-    for (std::size_t j = 0; j <= i; ++j) row[Index(j)] = *tile++;
-  }
+  double* copy = fHessian.Data();
+  MoveTriangle(triangle, copy, [](double& element, double& own) { own = element; });
+  fKernels.foldBlock(fBlock, fCount, copy);
+  MoveTriangle(triangle, copy, [](double& element, double& own) { element = own; });
 }
 
 }  // namespace detail

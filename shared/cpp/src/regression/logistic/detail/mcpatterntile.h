@@ -36,9 +36,9 @@ int StoredCategory(const MCPatternLayout& layout, const double* row);
 /// probabilities, overflows. Nor are rows taken that the definition refuses.
 ///
 ///     if (tile.Begin(columns, layout, shape, estimates, nRows)) {
-///       count = tile.Load(rows, nRows);
-///       tile.ComputeProbabilities(count);
-///       tile.AddScores(scores);
+///       tile.Gather(sums);  // not for the likelihood alone
+///       ... count = tile.Load(rows, n); tile.ComputeProbabilities(count); tile.Add(sums); ...
+///       tile.Scatter(sums);
 ///     }
 class MCPatternTile {
 public:
@@ -80,19 +80,27 @@ public:
   static constexpr std::size_t kStride = MCCommonMath::detail::kProbabilityRows;
   const double* Probabilities(std::size_t row) const { return fProbabilities.Data() + Place(row); }
 
-  /// Adds to the scores: shape.nParams entries for each category but the last.
-  void AddScores(std::vector<double>& scores);
+  /// Scores, shape.nParams entries for each category but the last, and the Hessian.
+  struct Sums {
+    std::vector<double>& scores;
+    MCCommonMath::MCSymBlockMatrix& hessian;
+  };
 
-  /// Adds the outer products to the Hessian; AddScores() comes first.
-  void AddOuterProducts(MCCommonMath::MCSymBlockMatrix& hessian);
+  /// Fetches the pattern's entries of the sums, to which Add() adds the rows, and puts them back.
+  void Gather(const Sums& sums);
+  void Add(const Sums& sums);
+  void Scatter(const Sums& sums);
 
 private:
   using Buffer = MCCommonMath::detail::LineBuffer;
 
-  /// A column whose value isn't the same in all rows, and the place of the value in a stored row,
-  /// negative if it is a product.
+  /// Columns whose value isn't the same in all rows: one that is computed, if the position is
+  /// negative, or `fCount` that stand side by side in a stored row from the position on. Their
+  /// values are kept from `fPlace` on.
   struct Varying {
     std::size_t fColumn;
+    std::size_t fPlace;
+    std::size_t fCount;
     int fPosition;
   };
 
@@ -107,56 +115,72 @@ private:
   std::size_t Index(std::size_t column) const {
     return static_cast<std::size_t>(fpColumns->fIndices[column]);
   }
+  bool HasWeights() const {
+    return fpLayout->fFreqWeightOffset >= 0 || fpLayout->fRegrWeightOffset >= 0;
+  }
+  bool HasConstantColumn() const { return fNVarying < fNColumns; }
 
   bool HasGoodIndices() const;
-  void SortColumns();
   bool AreEstimatesOrdinary(const std::vector<double>& estimates) const;
+  void SortColumns();
   void Reserve();
+  void PointToColumns();
   void GatherEstimates(const std::vector<double>& estimates);
 
-  void LoadColumn(const Varying& column, double* values, const double* rows, std::size_t count);
-  void LoadWeights(const double* rows, std::size_t count);
+  bool LoadColumns(const Varying& columns, const double* rows, std::size_t count);
+  bool LoadWeights(const double* rows, std::size_t count);
   bool LoadCategories(const double* rows, std::size_t count);
-  bool AreOrdinary(std::size_t count) const;
+  bool HasEmptyRow(std::size_t count) const;
   bool IsOrdinary(std::size_t row) const;
   bool IsEmpty(std::size_t row) const;
 
-  void FillPanels();
-  void BeginSlot(std::size_t slot);
-  double* PanelColumn(std::size_t column);
-  void ScaleForScores(std::size_t category);
+  // The pattern's part of the Hessian is gathered in bands, as the kernel takes it, unless it is
+  // large.
+  bool IsInBands() const;
+  std::size_t BandStart(std::size_t band) const;
+  std::size_t BandsSize() const;
+  std::size_t ScoresPitch() const;
+  static std::vector<double>& BlockOf(const Sums& sums, std::size_t i, std::size_t j);
+  template <class Move>
+  void MoveTriangle(std::vector<double>& triangle, double* copy, Move move) const;
+  template <class Move>
+  void MoveSums(const Sums& sums, Move move);
+
+  void ScaleForScores(std::size_t first);
   void ScaleForBlock(std::size_t i, std::size_t j);
-  void AddToBlock(std::vector<double>& triangle);
+  void AddToTriangle(std::vector<double>& triangle);
 
   const MCCommonMath::detail::VectorKernels& fKernels;
   const MCPatternColumns* fpColumns = nullptr;
   const MCPatternLayout* fpLayout = nullptr;
   Shape fShape{};
   std::size_t fNColumns = 0;
+  std::size_t fNVarying = 0;
+  std::size_t fNLeading = 0;
   std::size_t fCapacity = 0;
   std::size_t fCount = 0;
-  std::size_t fSlotsBegun = 0;
-
-  // The columns before the first varying one give every row the same start of its predictors; the
-  // others enter them as terms.
   std::vector<Varying> fVarying;
+
+  // Leading constant columns give every row the same start of its predictors.
   std::vector<double> fStarts;
   std::vector<double> fCoefficients;
-  std::vector<const double*> fTermColumns;
 
-  // By row; fValues holds a column of its own for each varying column, and one of ones.
+  // Columns of fCapacity rows each: those that vary, one of ones and one of zeros; and where each
+  // design column has its values, filled up with zeros to whole vectors.
   Buffer fValues;
+  std::vector<const double*> fColumnValues;
   Buffer fWeights;
+  std::vector<int> fCategories;
   Buffer fPredictors;
   Buffer fProbabilities;
   Buffer fLogLikelihoods;
-  Buffer fScales;
-  std::vector<int> fCategories;
 
   Buffer fPanels;
+  Buffer fScales;
   Buffer fFoldScratch;
-  Buffer fSums;
   MCCommonMath::detail::RowBlock fBlock{};
+  Buffer fScores;
+  Buffer fHessian;
 };
 
 }  // namespace detail
