@@ -10,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace {
@@ -77,36 +78,47 @@ private:
   MCCancelInfo fCancel{nullptr};
 };
 
-/// The patterns of D3, D4 and D6.
-Pattern MakePattern(std::int64_t design) {
+/// The patterns of the whole builds that have the same names.
+Pattern MakePattern(int design) {
   if (design == 3) return {21, 1, 20, 4};
   if (design == 4) return {34, 4, 2, 3};
   return {11, 1, 10, 2};
 }
 
-template <void (Pattern::*Add)(bool), bool kLikelihoodOnly>
-void AccumulatePass(benchmark::State& state) {
-  Pattern pattern = MakePattern(state.range(0));
-  for (auto _ : state) (pattern.*Add)(kLikelihoodOnly);
+template <class Add>
+void AccumulatePass(benchmark::State& state, int design, Add add) {
+  Pattern pattern = MakePattern(design);
+  for (auto _ : state) add(pattern);
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kRows));
 }
 
-void PassTogether(benchmark::State& state) {
-  AccumulatePass<&Pattern::AddTogether, false>(state);
-}
-void PassOneByOne(benchmark::State& state) {
-  AccumulatePass<&Pattern::AddOneByOne, false>(state);
-}
-void TrialTogether(benchmark::State& state) {
-  AccumulatePass<&Pattern::AddTogether, true>(state);
-}
-void TrialOneByOne(benchmark::State& state) {
-  AccumulatePass<&Pattern::AddOneByOne, true>(state);
+void PassTogether(benchmark::State& state, int design) {
+  AccumulatePass(state, design, [](Pattern& pattern) { pattern.AddTogether(false); });
 }
 
-BENCHMARK(PassTogether)->Arg(3)->Arg(4)->Arg(6);
-BENCHMARK(PassOneByOne)->Arg(3)->Arg(4)->Arg(6);
-BENCHMARK(TrialTogether)->Arg(3)->Arg(4)->Arg(6);
-BENCHMARK(TrialOneByOne)->Arg(3)->Arg(4)->Arg(6);
+void PassOneByOne(benchmark::State& state, int design) {
+  AccumulatePass(state, design, [](Pattern& pattern) { pattern.AddOneByOne(false); });
+}
+
+void TrialTogether(benchmark::State& state, int design) {
+  AccumulatePass(state, design, [](Pattern& pattern) { pattern.AddTogether(true); });
+}
+
+void TrialOneByOne(benchmark::State& state, int design) {
+  AccumulatePass(state, design, [](Pattern& pattern) { pattern.AddOneByOne(true); });
+}
+
+BENCHMARK_CAPTURE(PassTogether, D3, 3);
+BENCHMARK_CAPTURE(PassTogether, D4, 4);
+BENCHMARK_CAPTURE(PassTogether, D6, 6);
+BENCHMARK_CAPTURE(PassOneByOne, D3, 3);
+BENCHMARK_CAPTURE(PassOneByOne, D4, 4);
+BENCHMARK_CAPTURE(PassOneByOne, D6, 6);
+BENCHMARK_CAPTURE(TrialTogether, D3, 3);
+BENCHMARK_CAPTURE(TrialTogether, D4, 4);
+BENCHMARK_CAPTURE(TrialTogether, D6, 6);
+BENCHMARK_CAPTURE(TrialOneByOne, D3, 3);
+BENCHMARK_CAPTURE(TrialOneByOne, D4, 4);
+BENCHMARK_CAPTURE(TrialOneByOne, D6, 6);
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-/// A row file of doubles on which whole linear builds are measured. Each row holds the factors'
-/// codes, the covariates and last the dependent.
+/// A row file of doubles on which whole builds are measured. Each row holds the factors' codes, the
+/// covariates and last the dependent.
 struct Dataset {
   std::string name;
   int nRows;
@@ -15,12 +15,14 @@ struct Dataset {
   int nCovariates;
   /// Effects beside the covariates: lists of factors.
   std::vector<std::vector<int>> factorEffects;
+  /// Of the dependent of a logistic build; 0 for a linear one.
+  int nCategories = 0;
 
   int NFactors() const { return static_cast<int>(factorSizes.size()); }
   int NVariables() const { return NFactors() + nCovariates + 1; }
 };
 
-/// D1, D2 or D5; an empty name for any other.
+/// D1 to D6; an empty name for any other.
 Dataset DatasetNamed(const std::string& name);
 
 /// Opens the row file of a data set in a directory, with a large buffer: one call of the system

@@ -27,7 +27,10 @@ double PeakMegabytes() {
 Dataset DatasetNamed(const std::string& name) {
   if (name == "D1") return {name, 1000000, {}, 50, {}};
   if (name == "D2") return {name, 1000000, {20, 50, 10}, 5, {{0}, {1}, {2}, {0, 2}}};
+  if (name == "D3") return {name, 200000, {}, 20, {}, 4};
+  if (name == "D4") return {name, 1000000, {10, 20, 5}, 2, {{0}, {1}, {2}}, 3};
   if (name == "D5") return {name, 20000, {}, 1000, {}};
+  if (name == "D6") return {name, 1000000, {}, 10, {}, 2};
   return {};
 }
 

@@ -3,6 +3,8 @@
 #include "dataset.h"
 #include "support/splitmix64.h"
 
+#include <cmath>
+
 namespace {
 
 /// The same numbers at every run.
@@ -14,6 +16,21 @@ public:
 private:
   mctest::SplitMix64 fBits{20261121};
 };
+
+/// A category of a multinomial logit with predictors in proportion to `predictor`, and 0 for the
+/// last.
+double Category(const Dataset& dataset, double predictor, double uniform) {
+  double total = 1.0;
+  for (int j = 0; j + 1 < dataset.nCategories; ++j) {
+    total += std::exp(0.3 * (j - 0.5) * (predictor - 1.0));
+  }
+  double below = 0.0;
+  for (int j = 0; j + 1 < dataset.nCategories; ++j) {
+    below += std::exp(0.3 * (j - 0.5) * (predictor - 1.0)) / total;
+    if (uniform < below) return j;
+  }
+  return dataset.nCategories - 1;
+}
 
 /// A row whose dependent follows from all that stands before it, and noise.
 void FillRow(const Dataset& dataset, Random& random, std::vector<double>& row) {
@@ -29,7 +46,8 @@ void FillRow(const Dataset& dataset, Random& random, std::vector<double>& row) {
     row[position++] = x;
     dependent += x * (i % 5 - 2);
   }
-  row[position] = dependent + random.Uniform() - 0.5;
+  row[position] = dataset.nCategories == 0 ? dependent + random.Uniform() - 0.5
+                                           : Category(dataset, dependent, random.Uniform());
 }
 
 }  // namespace
