@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "support/linearproblem.h"
+#include "support/densedesign.h"
 
 #include <vector>
 
 namespace mctest {
-
-using Vector = std::vector<long double>;
-using Matrix = std::vector<Vector>;
 
 /// What a linear regression must come to, worked out the long way.
 struct DenseFit {

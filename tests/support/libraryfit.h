@@ -3,21 +3,28 @@
 
 #include "regression/interface/imcregcomponent.h"
 #include "regression/interface/imcregoutputstats.h"
-#include "regression/settings/mcregsettings.h"
+#include "regression/settings/mclogregsettings.h"
 #include "support/linearproblem.h"
+#include "support/logisticproblem.h"
 
 #include <memory>
 #include <vector>
 
 namespace mctest {
 
-/// A linear problem as a host hands it to the library. The settings' effects point into this
-/// object, so it must outlive them and every component made from them.
+/// A regression as a host hands it to the library. The settings' effects point into this object,
+/// so it must outlive them and every component made from them.
 class LibraryFit {
 public:
   explicit LibraryFit(const LinearProblem& problem);
 
-  MCRegSettings& Settings() { return fSettings; }
+  /// A logistic one; rows are tabulated into patterns unless the settings are told otherwise.
+  explicit LibraryFit(const LogisticProblem& problem);
+
+  MCRegSettings& Settings() { return *fSettings; }
+
+  /// Of a logistic problem only.
+  MCLogRegSettings& LogisticSettings() { return static_cast<MCLogRegSettings&>(*fSettings); }
 
   /// Makes the component and builds it from the problem's rows, read once for each pass.
   MCCommon::MCStatus Build();
@@ -28,11 +35,13 @@ public:
   const IMCRegOutputStats& Results();
 
 private:
+  LibraryFit(const LinearProblem& problem, std::unique_ptr<MCRegSettings> settings);
+
   void AddEffect(const EffectTerms& terms);
 
   const LinearProblem& fProblem;
   std::vector<int> fVariables;
-  MCRegSettings fSettings;
+  std::unique_ptr<MCRegSettings> fSettings;
   std::unique_ptr<IMCRegComponent> fComponent;
 };
 

@@ -20,7 +20,7 @@ options(digits = 17, warn = 1)
 
 number <- function(x) formatC(x, digits = 17, width = -1, format = "g")
 
-codes <- function(f) as.integer(factor(f, levels = levels(factor(f)))) - 1L
+codes <- function(f) as.integer(droplevels(f)) - 1L
 
 # What a model is made of: a frame whose factors (the dependent too) are R factors, the dependent's
 # name, reference ("first", "last" or a label), effects as "a*b*b", and the frequency's name.
