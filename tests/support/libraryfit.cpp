@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/libraryfit.h"
 
+#include "regression/component/mclogcomponent.h"
 #include "regression/component/mcregfactory.h"
 #include "support/rowsource.h"
 
@@ -52,6 +53,10 @@ const IMCRegOutputStats& LibraryFit::Results() {
   IMCRegOutputStats* results = nullptr;
   static_cast<void>(fComponent->GetOutputStats(results));
   return *results;
+}
+
+MCConvergence LibraryFit::Convergence() const {
+  return static_cast<const MCLogComponent&>(*fComponent).GetConvergence();
 }
 
 }  // namespace mctest

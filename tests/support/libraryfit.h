@@ -3,6 +3,7 @@
 
 #include "regression/interface/imcregcomponent.h"
 #include "regression/interface/imcregoutputstats.h"
+#include "regression/logistic/mcconvergence.h"
 #include "regression/settings/mclogregsettings.h"
 #include "support/linearproblem.h"
 #include "support/logisticproblem.h"
@@ -29,10 +30,13 @@ public:
   /// Makes the component and builds it from the problem's rows, read once for each pass.
   MCCommon::MCStatus Build();
 
-  IMCRegComponent& Component() { return *fComponent; }
+  IMCRegComponent& Component() const { return *fComponent; }
 
   /// The results of a successful build.
   const IMCRegOutputStats& Results();
+
+  /// How the estimation ended; of a logistic problem only.
+  MCConvergence Convergence() const;
 
 private:
   LibraryFit(const LinearProblem& problem, std::unique_ptr<MCRegSettings> settings);

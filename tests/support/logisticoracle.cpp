@@ -137,13 +137,14 @@ Vector Moved(const Vector& from, const Vector& step, long double factor) {
   return to;
 }
 
-// Newton steps, halved while the likelihood falls by more than rounding; true once a step no
-// longer changes the estimates.
+// Newton steps, halved while the likelihood falls by more than rounding; true once a step is so
+// small, in units of the scale of the information, that its square is below rounding.
 bool Climb(const Sample& sample, Vector& beta) {
   constexpr long double kRounding = 1e-16L;
   for (int iteration = 0; iteration < kMaxIterations; ++iteration) {
     const Point point = Evaluate(sample, beta);
-    const Vector step = ScaledFactor(point.information).Solve(point.score);
+    const ScaledFactor factorized(point.information);
+    const Vector step = factorized.Solve(point.score);
     const long double floor = point.logLikelihood - kRounding * std::fabs(point.logLikelihood);
     long double factor = 1.0L;
     while (factor > 1e-12L && !(LogLikelihood(sample, Moved(beta, step, factor)) >= floor)) {
@@ -152,9 +153,9 @@ bool Climb(const Sample& sample, Vector& beta) {
     beta = Moved(beta, step, factor);
     long double change = 0.0L;
     for (std::size_t i = 0; i < beta.size(); ++i) {
-      change = std::max(change, std::fabs(step[i]) / (std::fabs(beta[i]) + 1e-6L));
+      change = std::max(change, std::fabs(step[i]) / factorized.Scale(i));
     }
-    if (change < 1e-14L) return true;
+    if (change < 1e-11L) return true;
     if (!std::isfinite(change)) return false;
   }
   return false;

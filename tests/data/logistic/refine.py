@@ -4,7 +4,8 @@
 
 Reads the data sets as doubles, finds the maximum of the likelihood by Newton steps with 40 digits
 (Debian's python3-mpmath), stops with an error where R's values (references.R) are off by more than
-1e-9 of the largest value of their kind, and writes the refined values in their place.
+1e-9 of the largest value of their kind, and writes the refined values in their place. What is below
+1e-25 of the largest is 0 but for rounding, and becomes 0.
 """
 
 import itertools
@@ -181,7 +182,10 @@ def refine(path):
     note = "# Refined by refine.py with 40 digits"
     text = [c for c in comments if c != note] + [note, ",".join(lines[0])]
     for quantity, i, j, _ in lines[1:]:
-        text.append(f"{quantity},{i},{j},{mpmath.nstr(values[quantity, i, j], DIGITS)}")
+        value = values[quantity, i, j]
+        if abs(value) < mpf(10) ** -25 * largest[quantity]:
+            value = mpf(0)
+        text.append(f"{quantity},{i},{j},{mpmath.nstr(value, DIGITS)}")
     path.write_text("\n".join(text) + "\n")
     print(f"{path.stem:24} R was off by {mpmath.nstr(worst, 2)}", flush=True)
 
