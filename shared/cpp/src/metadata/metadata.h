@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "metadata/enumdisplay.h"
+#include "metadata/imcencoder.h"
+#include "metadata/imcvariable.h"
+#include "metadata/mcapplicinfo4xml.h"
+#include "metadata/mcbinningencoder.h"
+#include "metadata/mccategoryencoder.h"
+#include "metadata/mccatnumencoder.h"
+#include "metadata/mccatvar.h"
+#include "metadata/mccontencoder.h"
+#include "metadata/mccontvar.h"
+#include "metadata/mcmissingvalues.h"
+#include "metadata/mcpmmlexporter.h"
+#include "metadata/mcroundencoder.h"
+#include "metadata/mcscaleencoder.h"
+#include "metadata/mcstringencoder.h"
+#include "metadata/mcunistats.h"
+#include "metadata/mcvariable.h"
+#include "metadata/mcvariablename.h"
+#include "metadata/mcvarlist.h"
+#include "metadata/mcweightvar.h"
