@@ -84,7 +84,7 @@ TEST(MCPatternTabulatorMemory, ACountThatDoesNotHoldIsNoLimit) {
     ASSERT_TRUE(tabulation.SecondPass(second).IsOK());
     ASSERT_TRUE(tabulation.fTabulator.ComputeStatsForOptimizer(true).IsOK());
     std::size_t nKnown = 0;
-    for (int r = 0; r < 20; ++r) nKnown += r % 7 < nFirst ? 1 : 0;
+    for (int r = 0; r < 20; ++r) nKnown += r % 7 < nFirst ? 1U : 0U;
     EXPECT_EQ(tabulation.fAccumulator.fRows.size(), nKnown);
   }
 }

@@ -14,7 +14,7 @@ MC_EXPORT extern bool compute_estimates;
 MC_EXPORT extern bool compute_variances;
 
 /// Whether the keys of row patterns are packed, several indices into one integer. Results don't
-/// depend on it. Set at the start.
+/// depend on it, but that patterns may be summed in another order. Set at the start.
 MC_EXPORT extern bool usePacking;
 
 /// Whether the optimizer writes its matrices and iterations to the display stream. Clear at the
