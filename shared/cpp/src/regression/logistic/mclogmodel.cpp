@@ -12,14 +12,6 @@ using MCCommon::MCStatus;
 using MCCommon::detail::MCDesignColumns;
 using MCCommonMath::MCSymMatrix;
 
-namespace {
-
-std::unique_ptr<MCDesignColumns> CopyOf(const std::unique_ptr<MCDesignColumns>& columns) {
-  return columns == nullptr ? nullptr : std::make_unique<MCDesignColumns>(*columns);
-}
-
-}  // namespace
-
 MCLogModel::MCLogModel(const MCLogRegSettings& settings, MCCancelInfo& cancelInfo)
     : fSettings(&settings),
       fModelEffects(&settings.GetModelEffects()),
@@ -67,9 +59,9 @@ MCLogModel::MCLogModel(const MCLogModel& other)
       fFirstParamIndices(other.fFirstParamIndices),
       fNEffectParams(other.fNEffectParams),
       fCancelInfo(other.fCancelInfo),
-      fStatus(other.fStatus),
-      fpRecordColumns(CopyOf(other.fpRecordColumns)),
-      fpPatternColumns(CopyOf(other.fpPatternColumns)) {}
+      fStatus(other.fStatus) {
+  if (other.HasDesign()) CompileColumns();
+}
 
 MCLogModel::~MCLogModel() = default;
 

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 
-using MCCommon::detail::MCColumnTerm;
 using MCCommon::detail::MCPatternColumns;
 
 double MCLogModel::ComputeDesignRowValue2(const double* row, const MCRegrParameter& parameter,
