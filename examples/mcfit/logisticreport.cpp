@@ -20,8 +20,9 @@ namespace {
 // A table of more categories than this against each other is wider than any terminal.
 constexpr int kWidestTable = 10;
 
+// Frequencies may add up to infinity, which has no parts.
 std::string PercentText(double part, double whole) {
-  return whole > 0.0 ? fmt::format("{:.1f} %", 100.0 * part / whole) : ".";
+  return std::isfinite(whole) ? fmt::format("{:.1f} %", 100.0 * (part / whole)) : ".";
 }
 
 std::optional<double> StandardError(const LogisticModel& model, int parameter) {

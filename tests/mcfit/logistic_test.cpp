@@ -351,6 +351,24 @@ TEST(McfitLogistic, WeightsEnterTheEstimatesButNotTheCases) {
   EXPECT_EQ(Numbers(counted.out).at("Sum of frequencies")[0], 10);
 }
 
+TEST(McfitLogistic, FrequenciesOfAnySizeAreReported) {
+  const TemporaryFolder folder;
+  for (const char* size : {"1e308", "1e-308"}) {
+    std::string text = "y,x,n\n";
+    for (const char* row : {"a,1,", "b,2,", "a,3,", "b,2,", "b,1,"}) {
+      text += std::string(row) + size + "\n";
+    }
+    for (const Arguments& way : {Arguments{}, Arguments{"--reread"}}) {
+      const ProgramResult run =
+          RunMcfit(Arguments{"logistic", folder.Write("d.csv", text), "--dependent", "y",
+                             "--covariates", "x", "--freq", "n"} +
+                   way);
+      EXPECT_EQ(run.status, 0) << run.err;
+      EXPECT_THAT(run.out, Not(HasSubstr("nan"))) << size;
+    }
+  }
+}
+
 TEST(McfitLogistic, RowsAreDroppedForTheSameReasonsAsInEveryFit) {
   const TemporaryFolder folder;
   const std::string data = folder.Write("d.csv",
