@@ -6,10 +6,11 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/setup-debian.sh
 mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev \
-  locales python3 pkg-config
+  libxml2-utils locales python3 pkg-config
 
 echo "== Building (build/release)"
-cmake --preset release
+# A folder of the published PMML schemas, if there is one: documents are then held against them.
+cmake --preset release -DMCSTAT_PMML_SCHEMAS="${MCSTAT_PMML_SCHEMAS:-}"
 cmake --build --preset release
 echo "== Running the tests"
 ctest --preset release -j2
