@@ -26,11 +26,11 @@ using mctest::LibraryFit;
 using mctest::LogisticProblem;
 using mctest::LogisticReference;
 
-// Rounding alone leaves more than nine digits (docs/accuracy.md); eight are held for nearly all.
-// But a step is taken only where the log-likelihood doesn't fall, so one that gains less than the
-// rounding of that sum is refused by luck, and with it what it would have mended: up to sqrt(2
-// gain) standard errors, with the gain that the fit states itself. That has cost digits in two
-// sets, one more than was measured is allowed for.
+// Rounding alone leaves nine digits (docs/accuracy.md); eight are held for nearly all. But a step
+// is taken only where the log-likelihood doesn't fall, so one that gains less than the rounding of
+// that sum is refused by luck, and with it what it would have mended: up to sqrt(2 gain) standard
+// errors, with the gain that the fit states itself. That has cost more in two sets, where one digit
+// below those measured is held.
 struct DataSet {
   const char* name;
   double digits;
