@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace MCCommonMetadata {
 
@@ -23,6 +24,16 @@ MCCatNumEncoder::MCCatNumEncoder(int capacity) {
 
 MCCatNumEncoder::MCCatNumEncoder(const std::vector<double>& values) {
   for (const double value : values) MCCatNumEncoder::Encode(value);
+}
+
+// By swaps, so that codes and categories stay as many when memory runs out.
+MCCatNumEncoder& MCCatNumEncoder::operator=(MCCatNumEncoder other) {
+  std::swap(fLastCode, other.fLastCode);
+  fLabels.swap(other.fLabels);
+  fCodes.swap(other.fCodes);
+  fValues.swap(other.fValues);
+  fMissing = std::move(other.fMissing);
+  return *this;
 }
 
 double MCCatNumEncoder::Encode(double value) {

@@ -20,6 +20,11 @@ public:
   /// first code.
   explicit MCCatNumEncoder(const std::vector<double>& values);
 
+  // There is no move: what it leaves behind would have codes without categories.
+  MCCatNumEncoder(const MCCatNumEncoder& other) = default;
+  MCCatNumEncoder& operator=(MCCatNumEncoder other);
+  ~MCCatNumEncoder() override = default;
+
   EncoderType GetEncoderType() const override { return MC_ENC_CAT_NUM; }
   int GetNumberOfCategories() const override { return static_cast<int>(fCodes.size()); }
   double Encode(double value) override;

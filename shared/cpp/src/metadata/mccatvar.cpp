@@ -47,7 +47,7 @@ MCCatVar::MCCatVar(const MCCatVar& other)
       fEncoder(other.fEncoder == nullptr ? nullptr : other.fEncoder->Clone()) {}
 
 MCCatVar& MCCatVar::operator=(MCCatVar other) {
-  MCVariable::operator=(other);
+  MCVariable::operator=(std::move(other));
   fbOrdinal = other.fbOrdinal;
   fNCategories = other.fNCategories;
   fLevel = other.fLevel;

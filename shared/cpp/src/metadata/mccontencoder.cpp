@@ -63,7 +63,6 @@ void MCContEncoder::Display() const {
   using namespace MCComponentDisplay;
   DisplayText(1, "\tMCContEncoder: ");
   DisplayI("number of bins", fNBins);
-  if (fBinning != nullptr) fBinning->Display();
   fMissing.Display();
 }
 

@@ -68,7 +68,7 @@ MCContVar::MCContVar(const MCContVar& other)
       fEncoder(other.fEncoder == nullptr ? nullptr : other.fEncoder->Clone()) {}
 
 MCContVar& MCContVar::operator=(MCContVar other) {
-  MCVariable::operator=(other);
+  MCVariable::operator=(std::move(other));
   fMin = other.fMin;
   fMax = other.fMax;
   fNBins = other.fNBins;

@@ -2,12 +2,24 @@
 #include "metadata/mcmissingvalues.h"
 
 #include "mcxml/xmltext.h"
+#include "metadata/detail/appendboth.h"
 #include "metadata/detail/objectxml.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace MCCommonMetadata {
+
+// By swaps, so that values and labels stay as many when memory runs out.
+MCMissingValues& MCMissingValues::operator=(MCMissingValues other) {
+  fValues.swap(other.fValues);
+  fLabels.swap(other.fLabels);
+  std::swap(fbHasInterval, other.fbHasInterval);
+  std::swap(fLow, other.fLow);
+  std::swap(fHigh, other.fHigh);
+  return *this;
+}
 
 bool MCMissingValues::IsMissing(double value) const {
   if (value == MCMV::gMissingValue) return true;
@@ -16,8 +28,7 @@ bool MCMissingValues::IsMissing(double value) const {
 }
 
 void MCMissingValues::Add(double value, const std::string& label) {
-  fLabels.push_back(label);
-  fValues.push_back(value);
+  detail::AppendBoth(fValues, value, fLabels, label);
 }
 
 bool MCMissingValues::SetInterval(double low, double high) {
@@ -46,17 +57,15 @@ void MCMissingValues::Write(detail::ObjectWriter& writer) const {
 
 void MCMissingValues::Read(detail::ObjectReader& reader) {
   Clear();
-  if (reader.Read<bool>()) {
-    fLow = reader.Read<double>();
-    fHigh = reader.Read<double>();
-    fbHasInterval = true;
+  MCMissingValues read;
+  read.fbHasInterval = reader.Read<bool>();
+  if (read.fbHasInterval) {
+    read.fLow = reader.Read<double>();
+    read.fHigh = reader.Read<double>();
   }
-  std::vector<double> values;
-  reader.ReadList(values);
-  std::vector<std::string> labels;
-  reader.ReadValues(static_cast<int>(values.size()), labels);
-  fValues.swap(values);
-  fLabels.swap(labels);
+  reader.ReadList(read.fValues);
+  reader.ReadValues(static_cast<int>(read.fValues.size()), read.fLabels);
+  *this = std::move(read);
 }
 
 void MCMissingValues::Display() const {

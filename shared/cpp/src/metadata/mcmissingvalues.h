@@ -17,6 +17,12 @@ class ObjectWriter;
 /// The numbers that a user declared as missing: single ones, each with a label, and one interval.
 class MC_EXPORT MCMissingValues {
 public:
+  MCMissingValues() = default;
+  MCMissingValues(const MCMissingValues&) = default;
+  MCMissingValues(MCMissingValues&&) = default;
+  MCMissingValues& operator=(MCMissingValues other);
+  ~MCMissingValues() = default;
+
   /// Whether `value` is the missing value or one that was declared. A NaN isn't, as it is equal to
   /// nothing.
   bool IsMissing(double value) const;

@@ -47,7 +47,6 @@ int MCRoundEncoder::ReadObjectXML(std::ifstream& in) {
 
 void MCRoundEncoder::Display() const {
   MCCommonMetadata::Display("MCRoundEncoder: option", fOption);
-  fMissing.Display();
 }
 
 }  // namespace MCCommonMetadata

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mcstringencoder.h"
 
+#include "metadata/detail/appendboth.h"
 #include "metadata/detail/objectxml.h"
 #include "regression/frame/mccomponentdisplay.h"
 
@@ -78,8 +79,7 @@ std::string MCStringEncoder::Decode(int code) const {
 }
 
 bool MCStringEncoder::AddDiscreteUserMissing(const std::string& value, const std::string& label) {
-  fMissLabels.push_back(label);
-  fDiscreteMiss.push_back(value);
+  detail::AppendBoth(fDiscreteMiss, value, fMissLabels, label);
   return true;
 }
 
@@ -108,16 +108,19 @@ int MCStringEncoder::ReadObjectXML(std::ifstream& in) {
     *this = MCStringEncoder(0);
     const int nValues = reader.ReadCount();
     for (int i = 0; i < nValues; ++i) {
+      const std::string value = reader.Read<std::string>();
       fLinks.push_back(nullptr);
       fLastCode = i;
-      const auto [entry, isNew] = fCodes.try_emplace(reader.Read<std::string>(), i);
+      const auto [entry, isNew] = fCodes.try_emplace(value, i);
       if (isNew) fLinks.back() = &entry->first;
     }
     reader.ReadList(fLabels);
     std::vector<std::string> missing;
     reader.ReadList(missing);
-    reader.ReadValues(static_cast<int>(missing.size()), fMissLabels);
+    std::vector<std::string> labels;
+    reader.ReadValues(static_cast<int>(missing.size()), labels);
     fDiscreteMiss.swap(missing);
+    fMissLabels.swap(labels);
   });
 }
 

@@ -21,8 +21,8 @@ public:
   /// first code.
   explicit MCStringEncoder(const std::vector<std::string>& values);
 
+  // There is no move: what it leaves behind would have codes without categories.
   MCStringEncoder(const MCStringEncoder& other);
-  MCStringEncoder(MCStringEncoder&&) = default;
   MCStringEncoder& operator=(MCStringEncoder other);
   ~MCStringEncoder() override = default;
 

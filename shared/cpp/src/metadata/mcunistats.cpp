@@ -2,7 +2,7 @@
 #include "metadata/mcunistats.h"
 
 #include <algorithm>
-#include <functional>
+#include <cmath>
 
 namespace MCCommonMetadata {
 
@@ -40,9 +40,9 @@ bool MCUniStats::IsHistogramValid() const {
   if (fCutPoints.size() != fFrequencies.size() + 1) return false;
   const auto first = fCutPoints.begin() + (IsPresent(fCutPoints.front()) ? 0 : 1);
   const auto last = fCutPoints.end() - (IsPresent(fCutPoints.back()) ? 0 : 1);
-  if (first == last) return false;
+  if (first == last || !IsPresent(*first) || std::isnan(*first)) return false;
   const auto doesNotRise = [](double left, double right) { return !(left < right); };
-  return IsPresent(*first) && std::adjacent_find(first, last, doesNotRise) == last;
+  return std::adjacent_find(first, last, doesNotRise) == last;
 }
 
 bool MCUniStats::IsSummaryValid() const {

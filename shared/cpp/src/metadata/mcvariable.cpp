@@ -15,9 +15,7 @@ const std::string* MCVariable::GetMissingValueReplacement() const {
 }
 
 void MCVariable::DisplayReplacement() const {
-  if (fbHasReplacement) {
-    MCComponentDisplay::DisplayS("Missing value replacement", fReplacement);
-  }
+  MCComponentDisplay::DisplayS("Missing value replacement", fReplacement);
 }
 
 }  // namespace MCCommonMetadata

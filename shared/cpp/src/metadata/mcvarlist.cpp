@@ -49,10 +49,14 @@ MCVarList& MCVarList::operator=(const MCVarList& other) {
 MCVarList::~MCVarList() = default;
 
 void MCVarList::CopyFrom(const MCVarList& other) {
-  Clear();
+  std::vector<std::unique_ptr<MCVariable>> copies;
+  copies.reserve(other.fVars.size());
   for (const auto& variable : other.fVars) {
-    Append(std::unique_ptr<MCVariable>(static_cast<MCVariable*>(variable->Clone())));
+    copies.emplace_back(static_cast<MCVariable*>(variable->Clone()));
+    copies.back()->CountNameChanges(fNameChanges);
   }
+  fVars.swap(copies);
+  ++fNameChanges;
   fNCont = other.fNCont;
   fNCat = other.fNCat;
   fTarget = other.fTarget;
