@@ -8,24 +8,19 @@
 #include "errors.h"
 #include "outputfile.h"
 #include "progressline.h"
+#include "regressionpmml.h"
 #include "scorer.h"
 #include "text.h"
 
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <filesystem>
 
 namespace mcfit {
 
 namespace {
 
 constexpr int kMostDigits = 17;
-
-bool IsSameFile(const std::string& a, const std::string& b) {
-  std::error_code ignored;
-  return std::filesystem::equivalent(a, b, ignored);
-}
 
 void Note(const std::string& text) {
   fmt::print(stderr, "mcfit: {}\n", text);
@@ -84,6 +79,7 @@ void FitCommand::DeclareOtherOptions() {
   fpApp->add_option("--digits", fDigits, "Significant digits in tables, 1 to 17; 7 by default");
   CLI::Option* predict = fpApp->add_option("--predict", fPredict, "CSV file to be scored");
   CLI::Option* out = fpApp->add_option("--out", fOut, "File that gets the scored rows");
+  fpApp->add_option("--pmml", fPmml, "File that gets the model as PMML 3.2");
   predict->needs(out);
   out->needs(predict);
 }
@@ -96,13 +92,18 @@ void FitCommand::CheckOptions() const {
   if (fDigits < 1 || fDigits > kMostDigits) {
     throw InputError(fmt::format("--digits must lie between 1 and {}", kMostDigits));
   }
-  if (!fPredict) return;
-  if (fData == "-" && *fPredict == "-") {
+  CheckFiles();
+}
+
+void FitCommand::CheckFiles() const {
+  if (fPredict && fData == "-" && *fPredict == "-") {
     throw InputError("the data and --predict can't both be the standard input");
   }
-  if (IsSameFile(*fOut, fData) || IsSameFile(*fOut, *fPredict)) {
-    throw InputError(fmt::format("--out {} would overwrite an input file", Quoted(*fOut)));
-  }
+  OutputPaths paths;
+  paths.AddInput(fData);
+  if (fPredict) paths.AddInput(*fPredict);
+  if (fOut) paths.AddOutput("--out", *fOut);
+  if (fPmml) paths.AddOutput("--pmml", *fPmml);
 }
 
 ModelColumns FitCommand::Columns() const {
@@ -137,9 +138,13 @@ void FitCommand::Run() {
   const ModelDesign design = Design(builder);
   const MissingCells missing{ParseNames(fMissing, "--missing")};
 
+  if (fPmml) CheckPmmlDesign(design);
+
   CsvReader reader(fData);
   std::optional<Prediction> prediction;
   if (fPredict) prediction.emplace(*fPredict, *fOut, layout, missing);
+  std::optional<OutputFile> pmml;
+  if (fPmml) pmml.emplace(*fPmml);
 
   ProgressLine progress(stderr);
   Dataset data(reader, layout, missing, progress);
@@ -148,6 +153,10 @@ void FitCommand::Run() {
   const std::unique_ptr<FittedModel> model = Fit(data, design, progress);
   for (const std::string& warning : model->Warnings()) Note(warning);
   PrintResults(model->Report(fDigits));
+  if (pmml) {
+    WriteRegressionPmml(*model, missing, *pmml);
+    pmml->Commit();
+  }
   if (prediction) prediction->Run(*model, progress);
 }
 

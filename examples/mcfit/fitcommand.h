@@ -53,6 +53,7 @@ protected:
 private:
   void DeclareModelOptions();
   void DeclareOtherOptions();
+  void CheckFiles() const;
   ModelDesign Design(const EffectBuilder& builder) const;
 
   CLI::App* fpApp;
@@ -66,6 +67,7 @@ private:
   std::string fMissing;
   std::optional<std::string> fPredict;
   std::optional<std::string> fOut;
+  std::optional<std::string> fPmml;
   double fTolerance = 1e-12;
   int fDigits = 7;
   bool fbNoIntercept = false;

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,20 @@ struct ModelDesign {
   std::vector<MCModelEffect> effects;  // their list of variables must outlive the model
   bool hasIntercept = true;
   double tolerance = 1e-12;
+};
+
+/// How PMML is to tell a regression.
+struct PmmlTerms {
+  const char* description = "";
+  const char* modelType = "";
+  const char* functionName = "";
+
+  /// Codes of the dependent's categories, the reference last; none for a dependent of numbers.
+  std::vector<int> categories;
+
+  /// What the library's matrix must be multiplied by to be the covariance of the estimates; none
+  /// if that isn't known.
+  std::optional<double> covarianceScale;
 };
 
 /// A regression fitted by the library: what all kinds share. A kind fills settings of its own,
@@ -44,6 +59,8 @@ public:
 
   /// The report on the fit. Numbers have `digits` significant digits.
   virtual std::string Report(int digits) const = 0;
+
+  virtual PmmlTerms InPmml() const = 0;
 
   /// Sets `cells` to the scores of a record that may be scored, one per column of scores. False
   /// for a combination of factor labels that the fit hasn't seen. Throws ModelError if the library

@@ -26,6 +26,15 @@ std::string LinearModel::Report(int digits) const {
   return LinearReport(*this, digits);
 }
 
+PmmlTerms LinearModel::InPmml() const {
+  PmmlTerms terms;
+  terms.description = "Linear regression";
+  terms.modelType = "generalLinear";
+  terms.functionName = "regression";
+  terms.covarianceScale = LinearFit(Results()).residualVariance;
+  return terms;
+}
+
 bool LinearModel::Score(const MCCommon::Record& record, std::vector<std::string>& cells) const {
   double value = MCMV::gMissingValue;
   std::vector<double> unused;

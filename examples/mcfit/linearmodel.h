@@ -12,6 +12,7 @@ public:
   /// and Interrupted if the user stopped it. `data` is borrowed for as long as the model lives.
   LinearModel(Dataset& data, const ModelDesign& design, ProgressLine& progress);
 
+  PmmlTerms InPmml() const override;
   std::string Report(int digits) const override;
 
   /// One cell: the predicted dependent.

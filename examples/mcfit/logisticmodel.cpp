@@ -55,6 +55,16 @@ int LogisticModel::Predict(const MCCommon::Record& record,
   return static_cast<int>(category);
 }
 
+PmmlTerms LogisticModel::InPmml() const {
+  PmmlTerms terms;
+  terms.description = "Multinomial logistic regression";
+  terms.modelType = "multinomialLogistic";
+  terms.functionName = "classification";
+  terms.categories = static_cast<const MCLogOutputStats&>(Results()).GetDependCategories();
+  terms.covarianceScale = 1.0;
+  return terms;
+}
+
 bool LogisticModel::Score(const MCCommon::Record& record, std::vector<std::string>& cells) const {
   std::vector<double> probabilities;
   const int category = Predict(record, probabilities);

@@ -44,6 +44,7 @@ public:
   const Classification& Classified() const { return fClassification; }
 
   std::vector<std::string> Warnings() const override;
+  PmmlTerms InPmml() const override;
   std::string Report(int digits) const override;
 
   /// The label of the predicted category, then the probability of each category by its code.

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -19,6 +20,17 @@ namespace fs = std::filesystem;
 bool IsSpecial(const std::string& path) {
   std::error_code ignored;
   return fs::exists(path, ignored) && !fs::is_regular_file(path, ignored);
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code ignored;
+  return fs::weakly_canonical(a, ignored) == fs::weakly_canonical(b, ignored) ||
+         fs::equivalent(a, b, ignored);
+}
+
+bool IsAmong(const std::vector<std::string>& paths, const std::string& path) {
+  return std::any_of(paths.begin(), paths.end(),
+                     [&path](const std::string& other) { return IsSameFile(path, other); });
 }
 
 // Renaming would replace a symbolic link and not the file that it names.
@@ -35,6 +47,17 @@ void PrintResults(std::string_view text) {
   if (std::fflush(stdout) != 0 || !isWritten) {
     throw InputError(fmt::format("the results could not be written: {}", std::strerror(errno)));
   }
+}
+
+void OutputPaths::AddOutput(const char* option, const std::string& path) {
+  if (IsAmong(fInputs, path)) {
+    throw InputError(fmt::format("{} {} would overwrite an input file", option, Quoted(path)));
+  }
+  // A terminal, pipe or device may well take several texts in turn.
+  if (!IsSpecial(path) && IsAmong(fOutputs, path)) {
+    throw InputError(fmt::format("{} {} would overwrite another result", option, Quoted(path)));
+  }
+  fOutputs.push_back(path);
 }
 
 OutputFile::OutputFile(const std::string& path)

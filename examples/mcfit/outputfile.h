@@ -5,11 +5,28 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mcfit {
 
 /// Writes the text to the standard output at once. Throws InputError if it can't be written.
 void PrintResults(std::string_view text);
+
+/// The files of one run: none may be written that is read or written as another.
+class OutputPaths {
+public:
+  /// "-", the standard input, is no file.
+  void AddInput(const std::string& path) {
+    if (path != "-") fInputs.push_back(path);
+  }
+
+  /// `option` is what messages name it by. Throws InputError for a file that is there already.
+  void AddOutput(const char* option, const std::string& path);
+
+private:
+  std::vector<std::string> fInputs;
+  std::vector<std::string> fOutputs;
+};
 
 /// A result file that appears under its name only when it is complete: it is written as NAME.part
 /// beside it and renamed at the end. What is no regular file, such as a pipe, is written directly.

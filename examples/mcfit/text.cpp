@@ -20,6 +20,32 @@ bool IsContinuationByte(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
+// Bytes of the UTF-8 sequence with which the text begins; 0 if it begins with none, or with one
+// longer than need be.
+std::size_t SequenceLength(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  if (lead < 0x80) return 1;
+  const std::size_t length = lead < 0xC2   ? 0
+                             : lead < 0xE0 ? 2
+                             : lead < 0xF0 ? 3
+                             : lead < 0xF5 ? 4
+                                           : 0;
+  if (length > text.size()) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if (!IsContinuationByte(text[i])) return 0;
+  }
+  const auto second = static_cast<unsigned char>(length > 2 ? text[1] : 0);
+  const bool isTooLong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
+  return isTooLong ? 0 : length;
+}
+
+// Surrogates, what is beyond Unicode, and the two noncharacters that XML rules out.
+bool IsNoXmlCharacter(std::string_view sequence) {
+  const auto second = static_cast<unsigned char>(sequence[1]);
+  return (sequence[0] == '\xED' && second >= 0xA0) || (sequence[0] == '\xF4' && second >= 0x90) ||
+         sequence == "\xEF\xBF\xBE" || sequence == "\xEF\xBF\xBF";
+}
+
 // Cuts at the border of a code point.
 std::string_view Shortened(std::string_view text) {
   std::size_t end = kLongestQuote;
@@ -46,6 +72,17 @@ std::string Printable(std::string_view text) {
 std::string Quoted(std::string_view text) {
   if (text.size() <= kLongestQuote) return "'" + Printable(text) + "'";
   return "'" + Printable(Shortened(text)) + "...'";
+}
+
+bool IsXmlText(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = SequenceLength(text);
+    if (length == 0) return false;
+    if (length == 1 && text[0] < ' ' && text.find_first_of("\t\n\r") != 0) return false;
+    if (length > 1 && IsNoXmlCharacter(text.substr(0, length))) return false;
+    text.remove_prefix(length);
+  }
+  return true;
 }
 
 std::string QuotedList(const std::vector<std::string>& names) {

@@ -22,6 +22,9 @@ std::size_t DisplayWidth(std::string_view text);
 /// The text without blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text);
 
+/// Whether XML can hold the text: UTF-8, without control characters but tabs and line ends.
+bool IsXmlText(std::string_view text);
+
 /// The names quoted, with commas between them.
 std::string QuotedList(const std::vector<std::string>& names);
 
