@@ -4,6 +4,7 @@
 #include "regression/logistic/detail/mcpatterncolumns.h"
 #include "regression/logistic/mcaccumstatslogistic.h"
 #include "regression/settings/mclogregsettings.h"
+#include "support/countingallocator.h"
 #include "support/samebits.h"
 #include "support/scriptedcancel.h"
 #include "support/splitmix64.h"
@@ -15,6 +16,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <new>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -230,11 +232,57 @@ TEST_P(Shapes, HaveTheSameBitsTogetherAndOneByOne) {
   std::uint64_t seed = static_cast<std::uint64_t>(nParams) * 1000;
   for (const int nColumns : {0, 1, 2, nParams / 3, nParams / 2, nParams - 1, nParams}) {
     if (nColumns < 0 || nColumns > nParams) continue;
-    for (int nCategs = 2; nCategs <= 6; ++nCategs) {
-      for (const std::size_t nRows : {1U, 3U, 4U, 5U, 8U, 13U, 63U, 64U, 65U, 130U, 300U}) {
-        SCOPED_TRACE(testing::Message() << nColumns << " columns of " << nParams << ", " << nCategs
-                                        << " categories, " << nRows << " rows");
-        Problem problem = MakeProblem({nParams, nColumns, nCategs, nRows}, ++seed);
+    for (const std::size_t nRows : {1U, 3U, 4U, 5U, 8U, 13U, 63U, 64U, 65U, 130U, 300U}) {
+      const int nCategs = 2 + static_cast<int>(++seed % 5);
+      SCOPED_TRACE(testing::Message() << nColumns << " columns of " << nParams << ", " << nCategs
+                                      << " categories, " << nRows << " rows");
+      Problem problem = MakeProblem({nParams, nColumns, nCategs, nRows}, seed);
+      ExpectSameTogetherAndOneByOne(problem);
+      if (HasFailure()) return;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(MCAccumStatsLogisticBits, Shapes, testing::Range(0, 41));
+
+/// Something out of the ordinary in one row.
+struct Oddity {
+  const char* what;
+  void (*spoil)(Problem&, std::size_t row);
+};
+
+void PrintTo(const Oddity& oddity, std::ostream* out) {
+  *out << oddity.what;
+}
+
+void SetValues(Problem& problem, std::size_t row, double value) {
+  for (int v = 0; v < problem.layout.fDependentOffset; ++v) problem.Value(row, v) = value;
+}
+
+/// Frequency weight and regression weight.
+void SetWeights(Problem& problem, std::size_t row, double frequency, double regression) {
+  problem.layout.fFreqWeightOffset = problem.layout.fDependentOffset + 1;
+  problem.layout.fRegrWeightOffset = problem.layout.fDependentOffset + 2;
+  problem.Value(row, problem.layout.fFreqWeightOffset) = frequency;
+  problem.Value(row, problem.layout.fRegrWeightOffset) = regression;
+}
+
+void SetDependent(Problem& problem, std::size_t row, double value) {
+  problem.Value(row, problem.layout.fDependentOffset) = value;
+}
+
+class OddRows : public testing::TestWithParam<Oddity> {};
+
+TEST_P(OddRows, HaveTheSameBitsTogetherAndOneByOne) {
+  std::uint64_t seed = 77;
+  for (const int nParams : {1, 4, 9, 21}) {
+    for (const int nCategs : {2, 4}) {
+      for (const std::size_t row : {0U, 1U, 63U, 64U, 90U, 129U}) {
+        SCOPED_TRACE(testing::Message()
+                     << nParams << " columns, " << nCategs << " categories, row " << row);
+        Problem problem = MakeProblem({nParams, nParams, nCategs, 130}, ++seed);
+        GetParam().spoil(problem, row);
+        GetParam().spoil(problem, row / 2);
         ExpectSameTogetherAndOneByOne(problem);
         if (HasFailure()) return;
       }
@@ -242,8 +290,173 @@ TEST_P(Shapes, HaveTheSameBitsTogetherAndOneByOne) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(MCAccumStatsLogisticBits, Shapes,
-                         testing::Values(0, 1, 2, 3, 5, 6, 7, 8, 9, 11, 15, 16, 17, 21, 24, 25, 31,
-                                         32, 33, 40));
+INSTANTIATE_TEST_SUITE_P(
+    MCAccumStatsLogisticBits, OddRows,
+    testing::Values(
+        Oddity{"zeros", [](Problem& p, std::size_t r) { SetValues(p, r, 0.0); }},
+        Oddity{"negative zeros", [](Problem& p, std::size_t r) { SetValues(p, r, -0.0); }},
+        Oddity{"NaN", [](Problem& p, std::size_t r) { p.Value(r, 0) = kNaN; }},
+        Oddity{"infinity", [](Problem& p, std::size_t r) { p.Value(r, 0) = kInfinity; }},
+        Oddity{"minus infinities", [](Problem& p, std::size_t r) { SetValues(p, r, -kInfinity); }},
+        Oddity{"the limit", [](Problem& p, std::size_t r) { p.Value(r, 0) = 1e75; }},
+        Oddity{"beyond the limit", [](Problem& p, std::size_t r) { p.Value(r, 0) = -1.1e75; }},
+        Oddity{"huge", [](Problem& p, std::size_t r) { SetValues(p, r, 1e300); }},
+        Oddity{"tiny", [](Problem& p, std::size_t r) { SetValues(p, r, 1e-300); }},
+        Oddity{"huge weight", [](Problem& p, std::size_t r) { SetWeights(p, r, 1e300, 1.0); }},
+        Oddity{"product of weights that overflows",
+               [](Problem& p, std::size_t r) { SetWeights(p, r, 1e200, 1e200); }},
+        Oddity{"tiny weight", [](Problem& p, std::size_t r) { SetWeights(p, r, 1e-300, 1.0); }},
+        Oddity{"weight that vanishes",
+               [](Problem& p, std::size_t r) { SetWeights(p, r, 1e-300, 1e-300); }},
+        Oddity{"negative weight", [](Problem& p, std::size_t r) { SetWeights(p, r, -1.0, 1.0); }},
+        Oddity{"NaN weight", [](Problem& p, std::size_t r) { SetWeights(p, r, 1.0, kNaN); }},
+        Oddity{"category K", [](Problem& p, std::size_t r) { SetDependent(p, r, p.nCategs); }},
+        Oddity{"negative category", [](Problem& p, std::size_t r) { SetDependent(p, r, -1.0); }},
+        Oddity{"category that no int holds",
+               [](Problem& p, std::size_t r) { SetDependent(p, r, 1e300); }},
+        Oddity{"category NaN", [](Problem& p, std::size_t r) { SetDependent(p, r, kNaN); }},
+        Oddity{"category between two",
+               [](Problem& p, std::size_t r) { SetDependent(p, r, 0.4999); }}));
+
+/// Something out of the ordinary in the whole problem.
+struct Setting {
+  const char* what;
+  void (*change)(Problem&);
+};
+
+void PrintTo(const Setting& setting, std::ostream* out) {
+  *out << setting.what;
+}
+
+class OddPatterns : public testing::TestWithParam<Setting> {};
+
+TEST_P(OddPatterns, HaveTheSameBitsTogetherAndOneByOne) {
+  for (const std::uint64_t seed : {1U, 2U, 3U, 4U}) {
+    Problem problem = MakeProblem({9, 6, 3, 100}, seed);
+    GetParam().change(problem);
+    ExpectSameTogetherAndOneByOne(problem);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    MCAccumStatsLogisticBits, OddPatterns,
+    testing::Values(
+        Setting{"estimate at the limit", [](Problem& p) { p.estimates[0] = 1e75; }},
+        Setting{"huge estimates",
+                [](Problem& p) { std::fill(p.estimates.begin(), p.estimates.end(), 1e200); }},
+        Setting{"infinite estimate", [](Problem& p) { p.estimates[3] = -kInfinity; }},
+        Setting{"estimates that are NaN",
+                [](Problem& p) { std::fill(p.estimates.begin(), p.estimates.end(), kNaN); }},
+        Setting{"large predictors",
+                [](Problem& p) {
+                  for (double& b : p.estimates) b *= 1e9;
+                }},
+        Setting{"too few estimates for an accumulator", [](Problem& p) { p.estimates.pop_back(); }},
+        Setting{"index beyond the parameters", [](Problem& p) { p.columns.fIndices.back() = 9; }},
+        Setting{"negative index", [](Problem& p) { p.columns.fIndices.front() = -1; }},
+        Setting{"indices out of order",
+                [](Problem& p) { std::swap(p.columns.fIndices[1], p.columns.fIndices[2]); }},
+        Setting{"column that stands nowhere",
+                [](Problem& p) {
+                  for (auto& term : p.columns.fTerms) term.fPosition = -1;
+                }},
+        Setting{"powers of 0", [](Problem& p) {
+                  for (auto& term : p.columns.fTerms) term.fPower = 0;
+                }}));
+
+TEST(MCAccumStatsLogisticBits, WidePatternsHaveTheSameBitsTogetherAndOneByOne) {
+  std::uint64_t seed = 5;
+  for (const int nColumns : {63, 64, 65, 70, 99, 100}) {
+    SCOPED_TRACE(testing::Message() << nColumns << " columns of 100");
+    Problem problem = MakeProblem({100, nColumns, 3, 300}, ++seed);
+    ExpectSameTogetherAndOneByOne(problem);
+  }
+}
+
+TEST(MCAccumStatsLogisticBits, CancelsEndAtTheSamePoll) {
+  Problem problem = MakeProblem({5, 4, 3, 150}, 9);
+  Problem refused = problem;
+  SetDependent(refused, 70, 3.0);
+  for (const int cancelAt : {1, 2, 3, 63, 64, 65, 70, 71, 72, 128, 129, 149, 150, 151, 200}) {
+    ExpectSameTogetherAndOneByOne(problem, cancelAt);
+    ExpectSameTogetherAndOneByOne(refused, cancelAt);
+  }
+}
+
+TEST(MCAccumStatsLogisticBits, EstimatesThatShrinkAreRefused) {
+  Problem problem = MakeProblem({3, 3, 3, 20}, 4);
+  const MCLogRegSettings settings;
+  const MCCancelInfo cancel(nullptr);
+  MCAccumStatsLogistic accumulator(settings, 3, 3, problem.estimates);
+  problem.estimates.pop_back();
+  EXPECT_EQ(accumulator.UpdateForPattern(problem.columns, problem.layout, problem.rows.data(), 20,
+                                         cancel, false),
+            -1);
+  const Sums sums(accumulator);
+  EXPECT_EQ(sums.invalid, 1);
+  EXPECT_EQ(sums.valid, 0);
+}
+
+// After patterns of other widths, each must find nothing that they left.
+TEST(MCAccumStatsLogisticBits, PatternsOfDifferentWidthsFollowEachOther) {
+  const MCLogRegSettings settings;
+  const MCCancelInfo cancel(nullptr);
+  std::vector<Problem> problems;
+  for (const int nColumns : {3, 12, 1, 20, 7, 0, 70, 12}) {
+    problems.push_back(MakeProblem({80, nColumns, 4, 90}, static_cast<std::uint64_t>(nColumns)));
+  }
+  const std::vector<double> estimates = problems.front().estimates;
+  MCAccumStatsLogistic together(settings, 80, 4, estimates);
+  MCAccumStatsLogistic oneByOne(settings, 80, 4, estimates);
+  for (Problem& problem : problems) {
+    const int answer = together.UpdateForPattern(
+        problem.columns, problem.layout, problem.rows.data(), problem.NRows(), cancel, false);
+    EXPECT_EQ(answer, AddOneByOne(problem, oneByOne, cancel, false));
+    ExpectSame(Sums(oneByOne), Sums(together));
+  }
+}
+
+TEST(MCAccumStatsLogisticBits, APatternLikeOneBeforeAllocatesNothing) {
+  Problem problem = MakeProblem({9, 6, 3, 100}, 2);
+  const MCLogRegSettings settings;
+  const MCCancelInfo cancel(nullptr);
+  MCAccumStatsLogistic accumulator(settings, 9, 3, problem.estimates);
+  const auto add = [&] {
+    return accumulator.UpdateForPattern(problem.columns, problem.layout, problem.rows.data(),
+                                        problem.NRows(), cancel, false);
+  };
+  EXPECT_EQ(add(), 0);
+  const std::size_t before = mctest::AllocationCount();
+  EXPECT_EQ(add(), 0);
+  EXPECT_EQ(mctest::AllocationCount(), before);
+}
+
+TEST(MCAccumStatsLogisticBits, NothingIsAddedWhereMemoryRunsOut) {
+  Problem problem = MakeProblem({9, 6, 3, 100}, 2);
+  const MCLogRegSettings settings;
+  const MCCancelInfo cancel(nullptr);
+  const Sums expected = SumsOf(problem, {true, false, 0, 1});
+  bool hasFired = true;
+  for (std::size_t k = 1; hasFired; ++k) {
+    MCAccumStatsLogistic accumulator(settings, 9, 3, problem.estimates);
+    accumulator.Reset(MCConst::MC_EST_NEWTON, problem.checkSeparation);
+    const Sums start(accumulator);
+    const auto add = [&] {
+      return accumulator.UpdateForPattern(problem.columns, problem.layout, problem.rows.data(),
+                                          problem.NRows(), cancel, false);
+    };
+    try {
+      const mctest::FailAllocation fail(k);
+      EXPECT_EQ(add(), 0);
+      hasFired = fail.HasFired();
+    } catch (const std::bad_alloc&) {
+      ExpectSame(start, Sums(accumulator));
+      EXPECT_EQ(add(), 0);
+    }
+    const Sums actual(accumulator);
+    EXPECT_EQ(expected.valid, actual.valid);
+    EXPECT_TRUE(mctest::SameBits(expected.hessian, actual.hessian));
+  }
+}
 
 }  // namespace

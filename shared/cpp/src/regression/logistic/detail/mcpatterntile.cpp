@@ -265,17 +265,26 @@ void MCPatternTile::ComputeProbabilities(std::size_t count) {
                                                    fNColumns - fNLeading, fCoefficients.data(),
                                                    fColumnValues.data() + fNLeading};
   for (std::size_t row = 0; row < count; row += kStride) {
-    double* predictors = fPredictors.Data() + Place(row);
-    fKernels.predictors(terms, row, predictors);
-    fKernels.multinomial(predictors, NEquations(), fProbabilities.Data() + Place(row),
+    const std::size_t place = row * fShape.nCategs;
+    fKernels.predictors(terms, row, fPredictors.Data() + place);
+    fKernels.multinomial(fPredictors.Data() + place, NEquations(), fProbabilities.Data() + place,
                          fLogLikelihoods.Data() + row);
+    WeightLogLikelihoods(row);
   }
-  for (std::size_t r = 0; r < count; ++r) {
-    const std::size_t category = static_cast<std::size_t>(fCategories[r]);
-    const double predictor =
-        category < NEquations() ? fPredictors.Data()[Place(r) + category * kStride] : 0.0;
-    double& logLikelihood = fLogLikelihoods.Data()[r];
-    logLikelihood = Weight(r) * predictor + Weight(r) * logLikelihood;
+}
+
+/// The logarithms of the reference's probability become log-likelihoods, for one group of rows. The
+/// reference has a predictor of 0.0.
+void MCPatternTile::WeightLogLikelihoods(std::size_t row) {
+  double* predictors = fPredictors.Data() + row * fShape.nCategs;
+  std::fill_n(predictors + NEquations() * kStride, kStride, 0.0);
+  const int* categories = fCategories.data() + row;
+  const double* weights = fWeights.Data() + row;
+  double* logLikelihoods = fLogLikelihoods.Data() + row;
+  const std::size_t end = std::min(fCount - row, kStride);
+  for (std::size_t r = 0; r < end; ++r) {
+    const double predictor = predictors[static_cast<std::size_t>(categories[r]) * kStride + r];
+    logLikelihoods[r] = weights[r] * predictor + weights[r] * logLikelihoods[r];
   }
 }
 
@@ -342,18 +351,19 @@ void MCPatternTile::Add(const Sums& sums) {
   }
 }
 
+/// For the band of categories from `first` on; what lies beyond them gets 0.0. 0.0 - p is -p but
+/// for the sign of a zero, which no sum takes up.
 void MCPatternTile::ScaleForScores(std::size_t first) {
   const std::size_t bandRows = fKernels.bandRows;
   for (std::size_t c = first; c < first + bandRows; ++c) {
     double* scales = fScales.Data() + (c - first);
+    if (c >= NEquations()) {
+      for (std::size_t r = 0; r < fCount; ++r) scales[r * bandRows] = 0.0;
+      continue;
+    }
     for (std::size_t r = 0; r < fCount; ++r) {
-      if (c >= NEquations()) {
-        scales[r * bandRows] = 0.0;
-        continue;
-      }
-      const double p = Probabilities(r)[c * kStride];
-      const bool isObserved = fCategories[r] == static_cast<int>(c);
-      scales[r * bandRows] = Weight(r) * (isObserved ? 1.0 - p : -p);
+      const double observed = fCategories[r] == static_cast<int>(c) ? 1.0 : 0.0;
+      scales[r * bandRows] = Weight(r) * (observed - Probabilities(r)[c * kStride]);
     }
   }
 }

@@ -134,6 +134,8 @@ private:
   bool IsOrdinary(std::size_t row) const;
   bool IsEmpty(std::size_t row) const;
 
+  void WeightLogLikelihoods(std::size_t row);
+
   // The pattern's part of the Hessian is gathered in bands, as the kernel takes it, unless it is
   // large.
   bool IsInBands() const;
