@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/countingallocator.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
 namespace {
 
 thread_local std::size_t gCount = 0;
+thread_local std::size_t gLargest = 0;
 thread_local std::size_t gFailAt = 0;  // 0: never
 thread_local bool gFired = false;
 
 void* Allocate(std::size_t size) {
   ++gCount;
+  gLargest = std::max(gLargest, size);
   if (gFailAt != 0 && --gFailAt == 0) {
     gFired = true;
     return nullptr;
@@ -62,6 +65,14 @@ namespace mctest {
 
 std::size_t AllocationCount() {
   return gCount;
+}
+
+std::size_t LargestAllocation() {
+  return gLargest;
+}
+
+void ResetLargestAllocation() {
+  gLargest = 0;
 }
 
 FailAllocation::FailAllocation(std::size_t k) {

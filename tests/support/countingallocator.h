@@ -10,6 +10,10 @@ namespace mctest {
 /// Number of allocations made since the program began.
 std::size_t AllocationCount();
 
+/// Bytes of the largest allocation since the last reset.
+std::size_t LargestAllocation();
+void ResetLargestAllocation();
+
 /// While it lives, the k-th allocation from its construction on (k = 1 for the first) throws
 /// std::bad_alloc, or answers null in the nothrow form; those before and after it succeed.
 /// k = 0 never fails.
