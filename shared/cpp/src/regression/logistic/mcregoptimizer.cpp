@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/logistic/mcregoptimizer.h"
 
+#include "mcmath/detail/mcexplog.h"
 #include "mcmath/mcpower.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
-#include <cmath>
 
 using MCConst::MCEstimationMethod;
 
@@ -58,9 +58,9 @@ bool MCRegOptimizer::ComputeRSquares(double& coxSnell, double& nagelkerke, doubl
   coxSnell = nagelkerke = mcFadden = missing;
   // Both limits are written so that a NaN passes and shows in the result.
   const double ratio = (2.0 * fInitialLL - 2.0 * fFinalLL) / fAccumWeight;
-  if (!(ratio > maxExponent)) coxSnell = 1.0 - std::exp(ratio);
+  if (!(ratio > maxExponent)) coxSnell = 1.0 - MCCommonMath::detail::Exp(ratio);
   const double nullRatio = 2.0 * fInitialLL / fAccumWeight;
-  const double largest = nullRatio > maxExponent ? 0.0 : 1.0 - std::exp(nullRatio);
+  const double largest = nullRatio > maxExponent ? 0.0 : 1.0 - MCCommonMath::detail::Exp(nullRatio);
   if (coxSnell != missing && largest != 0.0) nagelkerke = coxSnell / largest;
   if (fInitialLL != 0.0) {
     mcFadden = 1.0 - fFinalLL / fInitialLL;
