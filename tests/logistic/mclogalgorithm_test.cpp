@@ -2,6 +2,8 @@
 #include "regression/logistic/mclogalgorithm.h"
 
 #include "mcmath/mcsymmatrix.h"
+#include "regression/frame/progresslistener.h"
+#include "regression/frame/progressreportvect.h"
 #include "regression/logistic/mclogisticflags.h"
 #include "regression/logistic/mcregoptimizer.h"
 #include "support/contingencytable.h"
@@ -1149,6 +1151,74 @@ TEST(MCLogAlgorithmConvergence, OddCovariatesNeverConvergeToEstimatesThatAreNotF
         }
       }
     }
+  }
+}
+
+// The log odds of these weights, and the log-likelihood with them, are infinite.
+TEST(MCLogAlgorithmConvergence, NoScoreIsZeroAtInfiniteEstimates) {
+  for (const Road road : kRoads) {
+    LogisticDesign design =
+        LogisticDesign(0, {}, {}).FrequencyWeight(1).Rereading(road == kRereading);
+    Driver driver{std::move(design), {{0, 1e-300}, {1, 1e300}}};
+    ASSERT_TRUE(driver.Run().IsOK());
+    ASSERT_EQ(driver.Estimates().front(), -std::numeric_limits<double>::infinity());
+    EXPECT_EQ(driver.fAlgorithm.GetConvergence().fReason, MCConst::MC_CONV_NOT_RUN);
+    EXPECT_EQ(driver.fAlgorithm.GetConvergence().fExpectedGain, MCMV::gMissingValue);
+    EXPECT_FALSE(driver.fAlgorithm.GetConvergence().fbScoreIsZero);
+  }
+}
+
+// Finite estimates, but so much weight that the log-likelihood isn't.
+TEST(MCLogAlgorithmConvergence, NoScoreIsZeroBesideAnInfiniteLogLikelihood) {
+  LogisticDesign design = LogisticDesign(0, {}, {}).FrequencyWeight(1);
+  Driver driver{std::move(design), {{0, 8e307}, {1, 8e307}, {0, 8e307}, {1, 8e307}}};
+  ASSERT_TRUE(driver.Run().IsOK());
+  ASSERT_EQ(driver.fAlgorithm.GetConvergence().fInitialLL,
+            -std::numeric_limits<double>::infinity());
+  EXPECT_FALSE(driver.fAlgorithm.GetConvergence().fbScoreIsZero);
+}
+
+// Sets an estimate to a value that no data are known to lead to at convergence, as the
+// log-likelihood is NaN there: at the report of one iteration, under the hands of the estimator.
+class Spoiler : public ProgressListener {
+public:
+  bool ReportProgress(ProgressReport* report) override {
+    if (report->DiscreteMeasure("iterNum") == fIteration) {
+      const auto* estimates =
+          dynamic_cast<ProgressReportVect&>(*report).VectorMeasure("paramEstim");
+      const_cast<std::vector<double>&>(*estimates).back() = fValue;
+    }
+    return true;
+  }
+
+  int fIteration = -1;
+  double fValue = 0.0;
+};
+
+TEST(MCLogAlgorithmConvergence, IsNotStatedForEstimatesThatAreNotFinite) {
+  const std::pair<double, bool> values[] = {{0.25, true},
+                                            {std::numeric_limits<double>::quiet_NaN(), false},
+                                            {std::numeric_limits<double>::infinity(), false},
+                                            {-std::numeric_limits<double>::infinity(), false}};
+  Driver plain{Plane(), kPlane};
+  ASSERT_TRUE(plain.Run().IsOK());
+  const MCConvergence& expected = plain.fAlgorithm.GetConvergence();
+  ASSERT_EQ(expected.fReason, MCConst::MC_CONV_PARAM);
+  for (const auto& [value, isFinite] : values) {
+    Spoiler spoiler;
+    spoiler.fIteration = expected.fIterations;
+    spoiler.fValue = value;
+    LogisticDesign design = Plane();
+    design.Settings().SetProgressListener(&spoiler);
+    Driver driver{std::move(design), kPlane};
+    ASSERT_TRUE(driver.Run().IsOK());
+    const MCConvergence& stated = driver.fAlgorithm.GetConvergence();
+    EXPECT_EQ(driver.fAlgorithm.GetOptimizer()->GetConverCrit(), MCConst::MC_CONV_PARAM);
+    EXPECT_EQ(stated.fReason, isFinite ? MCConst::MC_CONV_PARAM : MCConst::MC_CONV_SINGULAR);
+    EXPECT_EQ(stated.IsConverged(), isFinite);
+    EXPECT_EQ(stated.fExpectedGain, isFinite ? expected.fExpectedGain : MCMV::gMissingValue);
+    EXPECT_EQ(stated.fbScoreIsZero, isFinite && expected.fbScoreIsZero);
+    EXPECT_EQ(stated.fFinalLL, expected.fFinalLL);
   }
 }
 

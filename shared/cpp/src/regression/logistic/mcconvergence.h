@@ -12,7 +12,8 @@
 ///     const MCConvergence convergence = component.GetConvergence();
 ///     if (!convergence.IsConverged() && !convergence.fbScoreIsZero) Warn(convergence.fReason);
 struct MC_EXPORT MCConvergence {
-  /// MCConst::MC_CONV_NOT_RUN until an estimation has begun.
+  /// MCConst::MC_CONV_NOT_RUN until an estimation has begun. It is convergence for finite estimates
+  /// alone: MC_CONV_SINGULAR takes its place if one is infinite or NaN.
   int fReason = MCConst::MC_CONV_NOT_RUN;
 
   int fIterations = 0;
@@ -30,7 +31,8 @@ struct MC_EXPORT MCConvergence {
 
   /// Log-likelihood that a further full step promises: g'H^- g / 2, g being the scores and H^- the
   /// generalised inverse of the information at the estimates; 0.0 where there is nothing to
-  /// estimate. The missing value unless the estimation ended for a reason, without an error.
+  /// estimate. The missing value unless the estimation ended for a reason, without an error, and
+  /// all estimates are finite.
   double fExpectedGain = MCMV::gMissingValue;
 
   /// Whether the scores are zero as far as the log-likelihood can tell:
@@ -39,7 +41,7 @@ struct MC_EXPORT MCConvergence {
   /// deviations of the rounding of the difference of two such sums, each being one of n terms with
   /// an error of up to DBL_EPSILON / 2 of the partial sum at each addition. A smaller gain can't
   /// be told from rounding: no step can be shown to be better, whatever the reason for stopping.
-  /// False if a value isn't known or NaN.
+  /// False if a value isn't known, NaN or infinite.
   bool fbScoreIsZero = false;
 
   bool IsConverged() const { return IsConverged(fReason); }

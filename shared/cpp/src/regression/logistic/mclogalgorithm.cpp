@@ -11,6 +11,7 @@
 #include "regression/logistic/mcrecorditerhandler.h"
 #include "regression/logistic/mcregoptimizer.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 
@@ -18,6 +19,15 @@ using MCCommon::MCStatus;
 using MCCommon::MultiPassRecordIter;
 using MCCommon::Record;
 using MCCommon::detail::MCRowReader;
+
+namespace {
+
+bool AreFinite(const std::vector<double>& values) {
+  return std::all_of(values.begin(), values.end(),
+                     [](double value) { return std::isfinite(value); });
+}
+
+}  // namespace
 
 MCLogAlgorithm::MCLogAlgorithm(const MCLogRegSettings& settings)
     : fSettings(&settings),
@@ -205,6 +215,11 @@ void MCLogAlgorithm::StateConvergence() {
                            stated.fParamChange);
   stated.fReason = fStatus.IsError() ? MCConst::MC_CONV_NONE : fpOptimizer->GetConverCrit();
   if (stated.fReason == MCConst::MC_CONV_NONE) return;
+  if (!AreFinite(fEstimates)) {
+    // The criterion of the estimates passes over the change of a NaN.
+    if (stated.IsConverged()) stated.fReason = MCConst::MC_CONV_SINGULAR;
+    return;
+  }
   const double form = fpOptimizer->GetHessianGI()->ComputeVSV(fpAccumStats->GetScores());
   if (form == MCMV::gMissingValue) return;
   stated.fExpectedGain = 0.5 * form;
@@ -214,7 +229,8 @@ void MCLogAlgorithm::StateConvergence() {
   fpAccumStats->GetCounts(nRows, nInvalid, weight);
   const bool hasIterated = stated.fFinalLL != MCMV::gMissingValue;
   const double logLik = hasIterated ? stated.fFinalLL : stated.fInitialLL;
-  stated.fbScoreIsZero = stated.fExpectedGain <= std::sqrt(nRows) * DBL_EPSILON * std::fabs(logLik);
+  stated.fbScoreIsZero = std::isfinite(logLik) &&
+                         stated.fExpectedGain <= std::sqrt(nRows) * DBL_EPSILON * std::fabs(logLik);
 }
 
 void MCLogAlgorithm::FreeWorkspace() {

@@ -160,8 +160,8 @@ public:
   /// Spreads `estimates`, one per non-redundant parameter, over all, and `hessian` over a new
   /// matrix; redundant ones get 0.0. Code 1, stored, if a cancel is pending. Code 303, not stored
   /// and nothing changed, for fewer estimates than non-redundant parameters; further ones are left
-  /// out. Code 305 with discrete datum 0 the number of parameters, nothing else changed, if there
-  /// is no memory for the matrix. Otherwise the stored status.
+  /// out. Code 305 with discrete datum 0 the number of parameters, stored and nothing else changed,
+  /// if there is no memory for the matrix. Otherwise the stored status.
   MCCommon::MCStatus UncompressEstimates(const std::vector<double>& estimates,
                                          const MCCommonMath::MCSymMatrix& hessian) override;
 
