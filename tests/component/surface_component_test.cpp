@@ -4,6 +4,7 @@
 // type: one that is missing or misnamed, or whose type has changed, doesn't compile. The order of
 // virtual operations is part of the contract with hosts that were compiled apart.
 #include "regression/component/mcglmcomponent.h"
+#include "regression/component/mclogcomponent.h"
 #include "regression/component/mcregfactory.h"
 #include "regression/interface/imcregcomponent.h"
 #include "regression/interface/imcregoutputstats.h"
@@ -66,6 +67,15 @@ static_assert(!std::is_abstract_v<MCGLMComponent>);
 static_assert(std::is_constructible_v<MCGLMComponent, const MCRegSettings&>);
 static_assert(!std::is_copy_constructible_v<MCGLMComponent>);
 static_assert(!std::is_move_constructible_v<MCGLMComponent>);
+
+using L = MCLogComponent;
+static_assert(std::is_base_of_v<IMCRegComponent, L>);
+static_assert(!std::is_abstract_v<L>);
+static_assert(std::is_constructible_v<L, const MCLogRegSettings&>);
+static_assert(!std::is_copy_constructible_v<L>);
+static_assert(!std::is_move_constructible_v<L>);
+static_assert(Is<MCConvergence (L::*)() const>(&L::GetConvergence));
+static_assert(Is<const MCLogRegSettings& (L::*)() const>(&L::GetCompSettings));
 
 static_assert(
     Is<IMCRegComponent* (MCRegFactory::*)(MCRegSettings&)>(&MCRegFactory::CreateRegAlgorithm));
