@@ -241,6 +241,7 @@ TEST(MCRecordIterHandler, ACancelEndsThePassWithTheStandingStatus) {
       EXPECT_EQ(iteration.Compute(), 0);
       EXPECT_EQ(static_cast<int>(iteration.fAccumulator.fRows.size()), std::min(poll - 1, 4));
       EXPECT_EQ(iteration.fQuery.fPolls, std::min(poll, 4));
+      EXPECT_EQ(iteration.fHandler.WasCancelled(), poll <= 4);
     }
   }
 }

@@ -68,5 +68,6 @@ static_assert(std::is_base_of_v<IMCDataHandler, Handler>);
 static_assert(std::is_constructible_v<Handler, MCCommon::MultiPassRecordIter&, MCCancelInfo&,
                                       const MCRegRecordValidator&, int, int, int>);
 static_assert(HasOperations<Handler>());
+static_assert(Is<bool (Handler::*)() const>(&Handler::WasCancelled));
 
 }  // namespace

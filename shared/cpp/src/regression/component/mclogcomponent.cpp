@@ -66,6 +66,8 @@ MCStatus MCLogComponent::Score(const MCCommon::Record& record, double& value,
   return answer;
 }
 
+// Not through the results, too, which the building thread may be about to make: they would only
+// cancel the same driver.
 void MCLogComponent::Cancel() {
   if (fpAlgorithm != nullptr) fpAlgorithm->Cancel();
 }

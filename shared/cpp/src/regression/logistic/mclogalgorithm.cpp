@@ -202,10 +202,18 @@ IMCDataHandler* MCLogAlgorithm::MakeDataHandler(MultiPassRecordIter& source) {
 
 void MCLogAlgorithm::Estimate() {
   fStatus.Take(fpOptimizer->Estimate());
+  if (!fStatus.IsError() && WasEstimationCut()) fStatus.Fail(MCCommon::MCS_CANCELLED);
   StateConvergence();
   if (fStatus.IsError()) return;
   fStatus.Take(fModel.UncompressEstimates(fEstimates, *fpOptimizer->GetHessianGI()));
   fpOptimizer->ClearHessianGIMatrix();
+}
+
+// Where a cancel is withdrawn before the estimator asks again, it answers OK. But then its matrix
+// is no inverse, or its last sums are those of a part of the rows.
+bool MCLogAlgorithm::WasEstimationCut() const {
+  if (fpOptimizer->GetConverCrit() == MCConst::MC_CONV_NONE) return true;
+  return fpRecordHandler != nullptr && fpRecordHandler->WasCancelled();
 }
 
 // While the accumulator still has the sums at the estimates.

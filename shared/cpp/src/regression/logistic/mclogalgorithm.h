@@ -74,7 +74,8 @@ public:
   /// go into the design matrix. Without: 313 for a null row or such a one in that pass, 315 and
   /// 316 for a malformed one. Then those of the model's IdentifyRedundancy() (309 if there was no
   /// row), SetInitialEstimates() and UncompressEstimates(); 305 with discrete datum 0 the number
-  /// of estimates if there is no memory for the sums; those of the data handler; 1 for a cancel.
+  /// of estimates if there is no memory for the sums; those of the data handler; 1 for a cancel,
+  /// be it one that cut the estimation short and has been withdrawn since.
   ///
   /// An estimation that stops without convergence is no error, see GetConvergence(). With
   /// `compute_estimates` cleared there is none: the model counts as built with all estimates 0.0
@@ -121,7 +122,8 @@ public:
   const MCFactorCounts& GetFactorCounts() const { return fFactorTables; }
   const MCLogModel& GetModel() const { return fModel; }
 
-  /// Null before the estimation. Afterwards it has no matrix, but its results.
+  /// Null before the estimation. Afterwards it has its results, but no matrix: an estimation that
+  /// ends without error hands that over to the model.
   const MCRegOptimizer* GetOptimizer() const { return fpOptimizer.get(); }
 
   /// Distinct warnings in order of arrival.
@@ -154,6 +156,7 @@ private:
   void MakeOptimizer(MCCommon::MultiPassRecordIter& source);
   IMCDataHandler* MakeDataHandler(MCCommon::MultiPassRecordIter& source);
   void Estimate();
+  bool WasEstimationCut() const;
   void StateConvergence();
   void FreeWorkspace();
 

@@ -83,8 +83,9 @@ void MCRecordIterHandler::ReadRows(bool likelihoodOnly) {
         fAccumStats->UpdateForRow(columns, values, category, GetWeight(row), likelihoodOnly);
     if (answer == -1) fStatus = MCStatus(MCCommon::MCS_BAD_STATE, false);
   };
-  MCCommon::detail::ReadRecords(*fSource, *fCancelInfo, MCCommon::MCS_NULL_RECORD, fStatus,
-                                useRecord);
+  const bool wasCancelled = MCCommon::detail::ReadRecords(
+      *fSource, *fCancelInfo, MCCommon::MCS_NULL_RECORD, fStatus, useRecord);
+  fbCancelled = fbCancelled || wasCancelled;
 }
 
 bool MCRecordIterHandler::IsValidRow(const Record& record) {

@@ -43,6 +43,10 @@ public:
   /// standing status: once it is an error no pass reads a row.
   MCCommon::MCStatus ComputeStatsForOptimizer(bool likelihoodOnly) override;
 
+  /// Whether a cancel has ended any pass so far, so that its sums are those of a part of the rows.
+  /// A cancel can be withdrawn before the caller asks.
+  bool WasCancelled() const { return fbCancelled; }
+
   /// Empty: the handler raises no warning.
   const std::vector<MCCommon::MCStatus>& GetWarnings() const override;
 
@@ -65,5 +69,6 @@ private:
   int fRegrWeightVar;
   const MCRegRecordValidator* fValidator;
 
+  bool fbCancelled = false;
   std::int64_t fRecordSize = 0;  // values that a record must have for handler and model
 };
