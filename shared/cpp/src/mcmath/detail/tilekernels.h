@@ -10,29 +10,26 @@
 #include "mcmath/detail/lanes.h"
 #include "mcmath/detail/vectorkernels.h"
 
+#include <utility>
+
 namespace {
 
 using MCCommonMath::detail::kProbabilityRows;
 using MCCommonMath::detail::PredictorTerms;
 
-/// Exchanges the off-diagonal halves of each square of 2H by 2H lanes.
-template <std::size_t W, std::size_t H>
-[[gnu::always_inline]] inline void ExchangeHalves(typename Lanes<W>::Vec (&square)[W]) {
-  typename Lanes<W>::Bits upper;
-  typename Lanes<W>::Bits lower;
-#pragma GCC unroll 8
-  for (std::size_t lane = 0; lane < W; ++lane) {
-    const bool isRight = (lane & H) != 0;
-    upper[lane] = isRight ? W + lane - H : lane;
-    lower[lane] = isRight ? W + lane : lane + H;
-  }
+/// Exchanges the off-diagonal halves of each square of 2H by 2H lanes. Lanes of the second operand
+/// of a shuffle count from W.
+template <std::size_t W, std::size_t H, std::size_t... kLane>
+[[gnu::always_inline]] inline void ExchangeHalves(typename Lanes<W>::Vec (&square)[W],
+                                                  std::index_sequence<kLane...> /*lanes*/) {
 #pragma GCC unroll 8
   for (std::size_t r = 0; r < W; ++r) {
     if ((r & H) != 0) continue;
     const typename Lanes<W>::Vec top = square[r];
     const typename Lanes<W>::Vec bottom = square[r + H];
-    square[r] = __builtin_shuffle(top, bottom, upper);
-    square[r + H] = __builtin_shuffle(top, bottom, lower);
+    square[r] = __builtin_shufflevector(top, bottom, ((kLane & H) != 0 ? W + kLane - H : kLane)...);
+    square[r + H] =
+        __builtin_shufflevector(top, bottom, ((kLane & H) != 0 ? W + kLane : kLane + H)...);
   }
 }
 
@@ -40,9 +37,10 @@ template <std::size_t W, std::size_t H>
 template <std::size_t W>
 [[gnu::always_inline]] inline void TransposeLanes([[maybe_unused]]
                                                   typename Lanes<W>::Vec (&square)[W]) {
-  if constexpr (W >= 2) ExchangeHalves<W, 1>(square);
-  if constexpr (W >= 4) ExchangeHalves<W, 2>(square);
-  if constexpr (W >= 8) ExchangeHalves<W, 4>(square);
+  [[maybe_unused]] const std::make_index_sequence<W> lanes;
+  if constexpr (W >= 2) ExchangeHalves<W, 1>(square, lanes);
+  if constexpr (W >= 4) ExchangeHalves<W, 2>(square, lanes);
+  if constexpr (W >= 8) ExchangeHalves<W, 4>(square, lanes);
 }
 
 /// W columns of `count` rows, and the sum of their squares. Rows that don't fill the lanes go one
