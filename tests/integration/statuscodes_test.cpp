@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Every code that a linear regression can answer, each raised the way a host would meet it.
+// Every code that a regression can answer, each raised the way a host would meet it.
 #include "regression/component/mcregfactory.h"
 #include "regression/linear/mcglmalgorithm.h"
 #include "support/libraryfit.h"
 #include "support/rowsource.h"
+#include "support/tabulation.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,7 @@ namespace {
 using MCCommon::MCStatus;
 using mctest::LibraryFit;
 using mctest::LinearProblem;
+using mctest::LogisticProblem;
 using mctest::RowSource;
 
 // y on a factor of two levels and a covariate.
@@ -103,8 +105,74 @@ MCStatus NoWeight() {
   return MCGLMModel(fit.Settings(), cancel).FinishErrors();
 }
 
-TEST(StatusCodes, EachOneOfALinearRegressionIsRaised) {
-  const std::vector<std::pair<long, std::function<MCStatus()>>> ways = {
+// y in two categories on a factor of two levels and a covariate, in no way separated.
+LogisticProblem SoundLogistic() {
+  LogisticProblem problem;
+  problem.factors = {1};
+  problem.factorSizes = {2};
+  problem.covariates = {2};
+  problem.effects = {{{{1, false}}, {}}, {{}, {2}}};
+  problem.rows = {{0, 0, 1}, {1, 0, 2},   {0, 0, 3},   {1, 0, 0.5},
+                  {0, 1, 0}, {1, 1, 1.5}, {0, 1, 2.5}, {1, 1, 3.5}};
+  return problem;
+}
+
+// The first row is 0 in every column of the design.
+LogisticProblem WithoutColumns() {
+  LogisticProblem problem = SoundLogistic();
+  problem.intercept = false;
+  problem.effects = {{{}, {2}}};
+  problem.rows[0][2] = 0.0;
+  return problem;
+}
+
+MCStatus BuildLogistic(const LogisticProblem& problem, bool patterns) {
+  LibraryFit fit(problem);
+  fit.LogisticSettings().SetUsePatternTabulator(patterns);
+  return fit.Build();
+}
+
+MCStatus BuildLogisticWith(const std::function<void(LogisticProblem&)>& change) {
+  LogisticProblem problem = SoundLogistic();
+  change(problem);
+  return BuildLogistic(problem, true);
+}
+
+// From a source that gives null in the given pass: 0 and 1 are common to both roads.
+MCStatus BuildLogisticFromNull(int pass, bool patterns) {
+  const LogisticProblem problem = SoundLogistic();
+  LibraryFit fit(problem);
+  fit.LogisticSettings().SetUsePatternTabulator(patterns);
+  const std::unique_ptr<IMCRegComponent> component(
+      MCRegFactory().CreateRegAlgorithm(fit.Settings()));
+  RowSource source(problem.rows);
+  source.NullAt(pass, 2);
+  return component->BuildModel(source);
+}
+
+MCStatus AfterLogisticBuild(const std::function<MCStatus(IMCRegComponent&, RowSource&)>& step) {
+  const LogisticProblem problem = SoundLogistic();
+  LibraryFit fit(problem);
+  static_cast<void>(fit.Build());
+  RowSource source(problem.rows);
+  return step(fit.Component(), source);
+}
+
+MCStatus CreatedTwice(IMCRegComponent& component, RowSource& rows) {
+  std::vector<MCRegrParameter> parameters;
+  return component.CreateParameters(rows, parameters);
+}
+
+// A pass of its own that a host makes through a tabulator.
+MCStatus RecordWithoutValues() {
+  mctest::Tabulation tabulation{mctest::TabulatedDesign()};
+  return tabulation.fTabulator.UpdateFactorTable(MCCommon::Record(0), tabulation.fTables);
+}
+
+using Ways = std::vector<std::pair<long, std::function<MCStatus()>>>;
+
+Ways LinearWays() {
+  return {
       {1, Cancelled},
       {301, [] { return BuildWith([](LinearProblem& p) { p.dependent = -1; }); }},
       {302,
@@ -137,24 +205,78 @@ TEST(StatusCodes, EachOneOfALinearRegressionIsRaised) {
       {315, [] { return BuildWith([](LinearProblem& p) { p.rows[3].pop_back(); }); }},
       {316, [] { return BuildWith([](LinearProblem& p) { p.rows[3][1] = 0.5; }); }},
   };
+}
+
+Ways LogisticWays() {
+  return {
+      {1,
+       [] {
+         return AfterLogisticBuild([](auto& component, auto& rows) {
+           component.Cancel();
+           double value = 0.0;
+           std::vector<double> probabilities;
+           return component.Score(*rows.Next(), value, probabilities);
+         });
+       }},
+      {303, [] { return BuildLogistic(WithoutColumns(), false); }},
+      {304, [] { return BuildLogisticFromNull(3, false); }},
+      {306, [] { return AfterLogisticBuild(CreatedTwice); }},
+      {307, [] { return BuildLogisticWith([](auto& p) { p.rows.clear(); }); }},
+      {310,
+       [] {
+         return AfterLogisticBuild(
+             [](auto& component, auto& rows) { return component.BuildModel(rows); });
+       }},
+      {312, [] { return BuildLogisticFromNull(1, true); }},
+      {313, [] { return BuildLogisticFromNull(1, false); }},
+      {313, [] { return BuildLogistic(WithoutColumns(), true); }},
+      {314, RecordWithoutValues},
+      {315, [] { return BuildLogisticWith([](auto& p) { p.rows[3].pop_back(); }); }},
+      {316, [] { return BuildLogisticWith([](auto& p) { p.rows[3][0] = 0.5; }); }},
+      {318,
+       [] {
+         return BuildLogisticWith([](auto& p) {
+           for (auto& row : p.rows) row[0] = 1.0;
+         });
+       }},
+      {319,
+       [] {
+         return BuildLogisticWith([](auto& p) {
+           p.categories = 3;
+           p.reference = 2;
+         });
+       }},
+  };
+}
+
+void ExpectEachRaised(const Ways& ways) {
   for (const auto& [code, raise] : ways) {
     const MCStatus status = raise();
     EXPECT_EQ(status.GetErrorCode(), code);
-    EXPECT_TRUE(status.IsError()) << code;
+    EXPECT_EQ(status.IsWarning(), code == MCCommon::MCS_REFCAT_REPLACED) << code;
+    EXPECT_EQ(status.IsError(), code != MCCommon::MCS_REFCAT_REPLACED) << code;
   }
 }
 
-// What belongs to the iterative estimator alone.
+TEST(StatusCodes, EachOneOfALinearRegressionIsRaised) {
+  ExpectEachRaised(LinearWays());
+}
+
+TEST(StatusCodes, EachOneOfALogisticRegressionIsRaised) {
+  ExpectEachRaised(LogisticWays());
+}
+
 TEST(StatusCodes, TheTableHoldsNoOtherCodeOfARegression) {
   std::set<long> inTable;
 #define MC_STATUS_CODE(code, name, severity, text) inTable.insert(code);
 #include "regression/frame/mcstatuscodes.inc"
-  const std::set<long> elsewhere = {304, 314, 318, 319};
-  const std::set<long> raised = {1,   301, 302, 303, 305, 306, 307, 308,
-                                 309, 310, 311, 312, 313, 315, 316};
+  std::set<long> raised;
+  for (const Ways& ways : {LinearWays(), LogisticWays()}) {
+    for (const auto& way : ways) raised.insert(way.first);
+  }
   for (const long code : inTable) {
-    if (code > 1 && code < 300) continue;
-    EXPECT_NE(raised.count(code), elsewhere.count(code)) << code;
+    const bool isOfARegression = code == MCCommon::MCS_CANCELLED || code > 300;
+    EXPECT_EQ(raised.count(code) == 1, isOfARegression) << code;
   }
 }
 
