@@ -10,6 +10,7 @@
 #include "regression/frame/progresslistener.h"
 #include "regression/frame/progressreportvect.h"
 #endif
+#include "integration/plugin/pluginexport.h"
 
 namespace {
 
@@ -57,7 +58,6 @@ public:
 
 }  // namespace
 
-#define PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
 PLUGIN_EXPORT void* MakeSource() {
   return static_cast<MCCommon::MultiPassRecordIter*>(new PluginSource);
 }
