@@ -31,6 +31,10 @@ GROUPS = [
     ("GetRowParameterIndices, a row", "RowParameterIndices", ["RowPlainCounts"], {}),
     ("UpdateForPattern, a row", "PassTogether", ["PassOneByOne"], {}),
     ("UpdateForPattern, likelihood only", "TrialTogether", ["TrialOneByOne"], {}),
+    ("Encoding numbers, n categories, a value", "EncodeNumbers", ["EncodeNumbersPeerHash"], {}),
+    ("Encoding strings, n categories, a value", "EncodeStrings", ["EncodeStringsPeerHash"], {}),
+    ("Reading a saved list, a category", "ReadList", [], {}),
+    ("AddContVar, a variable", "AddVariables", [], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
@@ -54,6 +58,7 @@ PEER_NAMES = {
     "SweepOneByOne": "Sweep one by one", "CholeskyPeerPotrf": "OpenBLAS dpotrf",
     "CholeskyPeerEigen": "Eigen LLT", "CholeskyPlainLoop": "plain loop",
     "LookupUnorderedMap": "std::unordered_map", "LookupMap": "std::map",
+    "EncodeNumbersPeerHash": "std::unordered_map", "EncodeStringsPeerHash": "std::unordered_map",
     "RowPlainCounts": "counts in arrays", "MultinomialPlainLoop": "plain loop with exp and log of the C library",
 }
 

@@ -156,6 +156,10 @@ TEST(MetadataExhaustion, AssignsAllOfAVariableOrNothing) {
   cont.SetMissingValueReplacement(kLong);
   ExpectAllOrNothing([] { return std::make_unique<MCContVar>(kLong, "", MC_ROLE_INPUT); },
                      [&](MCContVar& variable) { variable = cont; });
+  MCWeightVar weight(kLong + "new", kLong, MC_ROUND_TRUNCATE);
+  weight.GetEncoder()->AddDiscreteUserMissing(5.0, kLong);
+  ExpectAllOrNothing([] { return std::make_unique<MCWeightVar>(kLong, "", MC_ROUND_AS_IS); },
+                     [&](MCWeightVar& variable) { variable = weight; });
 }
 
 TEST(MetadataExhaustion, CopiesOrThrows) {

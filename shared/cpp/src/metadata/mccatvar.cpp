@@ -8,7 +8,6 @@
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace MCCommonMetadata {
 
@@ -47,7 +46,7 @@ MCCatVar::MCCatVar(const MCCatVar& other)
       fEncoder(other.fEncoder == nullptr ? nullptr : other.fEncoder->Clone()) {}
 
 MCCatVar& MCCatVar::operator=(MCCatVar other) {
-  MCVariable::operator=(std::move(other));
+  SwapCommon(other);
   fbOrdinal = other.fbOrdinal;
   fNCategories = other.fNCategories;
   fLevel = other.fLevel;

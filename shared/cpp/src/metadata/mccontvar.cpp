@@ -7,7 +7,6 @@
 
 #include <iostream>
 #include <limits>
-#include <utility>
 
 namespace MCCommonMetadata {
 
@@ -68,7 +67,7 @@ MCContVar::MCContVar(const MCContVar& other)
       fEncoder(other.fEncoder == nullptr ? nullptr : other.fEncoder->Clone()) {}
 
 MCContVar& MCContVar::operator=(MCContVar other) {
-  MCVariable::operator=(std::move(other));
+  SwapCommon(other);
   fMin = other.fMin;
   fMax = other.fMax;
   fNBins = other.fNBins;

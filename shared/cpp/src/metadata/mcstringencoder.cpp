@@ -44,12 +44,14 @@ MCStringEncoder& MCStringEncoder::operator=(MCStringEncoder other) {
 }
 
 void MCStringEncoder::CreateLinks() {
-  fLinks.assign(static_cast<std::size_t>(fLastCode + 1), nullptr);
+  const int nCodes = fLastCode + 1;
+  fLinks.assign(static_cast<std::size_t>(nCodes), nullptr);
   for (const auto& [value, code] : fCodes) fLinks[static_cast<std::size_t>(code)] = &value;
 }
 
 double MCStringEncoder::Encode(const std::string& value) {
-  if (IsMissing(value)) return -1.0;
+  // Not by virtual dispatch: a constructor encodes, too.
+  if (MCStringEncoder::IsMissing(value)) return -1.0;
   const auto [entry, isNew] = fCodes.try_emplace(value, fLastCode + 1);
   if (isNew) {
     try {

@@ -3,6 +3,8 @@
 
 #include "regression/frame/mccomponentdisplay.h"
 
+#include <utility>
+
 namespace MCCommonMetadata {
 
 void MCVariable::SetMissingValueReplacement(const std::string& value) {
@@ -12,6 +14,15 @@ void MCVariable::SetMissingValueReplacement(const std::string& value) {
 
 const std::string* MCVariable::GetMissingValueReplacement() const {
   return fbHasReplacement ? &fReplacement : nullptr;
+}
+
+void MCVariable::SwapCommon(MCVariable& other) noexcept {
+  fName.Swap(other.fName);
+  fLabel.swap(other.fLabel);
+  std::swap(fRole, other.fRole);
+  std::swap(fStorage, other.fStorage);
+  fReplacement.swap(other.fReplacement);
+  std::swap(fbHasReplacement, other.fbHasReplacement);
 }
 
 void MCVariable::DisplayReplacement() const {

@@ -32,6 +32,9 @@ protected:
   MCVariable(const std::string& name, const std::string& label, VariableRole role)
       : fName(name), fLabel(label), fRole(role) {}
 
+  /// Exchanges all that is here, as assignments do once their copy is made.
+  void SwapCommon(MCVariable& other) noexcept;
+
   void DisplayReplacement() const;
 
   MCVariableName fName;

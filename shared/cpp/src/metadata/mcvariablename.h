@@ -14,20 +14,31 @@ class MC_EXPORT MCVariableName {
 public:
   explicit MCVariableName(const std::string& name) : fName(name) {}
   MCVariableName(const MCVariableName& other) : fName(other.fName) {}
-  MCVariableName& operator=(const MCVariableName& other) { return *this = other.fName; }
+  MCVariableName& operator=(const MCVariableName&) = delete;
   MCVariableName& operator=(const std::string& name) {
     fName = name;
-    if (fpChanges != nullptr) ++*fpChanges;
+    Count();
     return *this;
   }
   ~MCVariableName() = default;
 
   const std::string& Get() const { return fName; }
 
+  /// Exchanges the names; each goes on to count where it counted.
+  void Swap(MCVariableName& other) noexcept {
+    fName.swap(other.fName);
+    Count();
+    other.Count();
+  }
+
   /// From now on changes are counted there.
   void CountChanges(std::size_t& changes) { fpChanges = &changes; }
 
 private:
+  void Count() noexcept {
+    if (fpChanges != nullptr) ++*fpChanges;
+  }
+
   std::string fName;
   std::size_t* fpChanges = nullptr;
 };

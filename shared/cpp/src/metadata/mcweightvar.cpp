@@ -5,6 +5,8 @@
 #include "metadata/enumdisplay.h"
 #include "regression/frame/mccomponentdisplay.h"
 
+#include <utility>
+
 namespace MCCommonMetadata {
 
 namespace {
@@ -15,6 +17,12 @@ constexpr char kName[] = "MCWeightVar";
 
 MCWeightVar::MCWeightVar(const std::string& name, const std::string& label, WRoundingOption option)
     : MCVariable(name, label, MC_ROLE_WEIGHT), fEncoder(option) {}
+
+MCWeightVar& MCWeightVar::operator=(MCWeightVar other) {
+  SwapCommon(other);
+  fEncoder = std::move(other.fEncoder);
+  return *this;
+}
 
 int MCWeightVar::WriteObjectXML(std::ostream& out, int nTabs) const {
   detail::ObjectWriter writer(out, kName, nTabs);

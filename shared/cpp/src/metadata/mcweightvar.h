@@ -12,6 +12,10 @@ namespace MCCommonMetadata {
 class MC_EXPORT MCWeightVar : public MCVariable {
 public:
   MCWeightVar(const std::string& name, const std::string& label, WRoundingOption option);
+  MCWeightVar(const MCWeightVar& other) = default;
+  MCWeightVar(MCWeightVar&&) = default;
+  MCWeightVar& operator=(MCWeightVar other);
+  ~MCWeightVar() override = default;
 
   MeasureLevel GetMeasureLevel() const override { return MC_LEVEL_WEIGHT; }
   int GetNumberOfCategories() const override { return 0; }
