@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Sets up a Debian 12 machine, builds mcfit and fits eight data sets with it. Needs apt and a shell,
+# Sets up a Debian 12 machine, builds mcfit and describes one data set and fits eight with it. Needs apt and a shell,
 # and root or sudo where a package is missing. A second run is incremental.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -94,4 +94,17 @@ time run "$mcfit" logistic "$scratch/deliveries-logistic.csv" --dependent punctu
   --reference 'on time' --factors region,service --covariates distance,load
 
 echo
-echo "== All fitted. Try: $mcfit linear --help, $mcfit logistic --help"
+echo "== What a file holds, as a table, as PMML and as a list of variables that is read back"
+run "$mcfit" describe examples/data/birthwt.csv --bins age=4 --pmml "$scratch/birthwt.xml" \
+  --save "$scratch/birthwt-list.xml"
+run sed -n '/<ModelStats>/,/<\/UnivariateStats>/p' "$scratch/birthwt.xml"
+run "$mcfit" describe --load "$scratch/birthwt-list.xml"
+
+echo
+echo "== A model as PMML, for other programs to score with"
+run "$mcfit" linear examples/data/yields.csv --dependent yield --factors variety,water \
+  --pmml "$scratch/yields.xml"
+run sed -n '/<ParamMatrix>/,/<\/ParamMatrix>/p' "$scratch/yields.xml"
+
+echo
+echo "== All done. Try: $mcfit describe --help, $mcfit linear --help, $mcfit logistic --help"

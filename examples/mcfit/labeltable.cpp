@@ -3,6 +3,8 @@
 
 #include "text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <numeric>
 #include <optional>
@@ -75,6 +77,11 @@ void LabelTable::Index() {
   fCodes.clear();
   int code = 0;
   for (const std::string& label : fLabels) fCodes.emplace(label, code++);
+}
+
+std::string TooManyLabelsText() {
+  return fmt::format("more than {} different labels; is this really a column of categories?",
+                     LabelTable::kMostLabels);
 }
 
 }  // namespace mcfit

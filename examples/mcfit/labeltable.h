@@ -50,4 +50,7 @@ private:
   std::unordered_map<std::string_view, int> fCodes;
 };
 
+/// What to say of a column whose labels are too many.
+std::string TooManyLabelsText();
+
 }  // namespace mcfit

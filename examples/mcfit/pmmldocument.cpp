@@ -67,19 +67,18 @@ void RequireXmlTexts(const MCVarList& variables) {
   }
 }
 
-// Nothing but a cancel, an index or statistics that the program got wrong can fail here.
-void Require(const MCCommon::MCStatus& status) {
-  if (status.IsError()) {
-    throw ModelError(fmt::format("PMML export ended with status {}", status.GetErrorCode()));
-  }
-}
-
 }  // namespace
 
 XMLElement& AddChild(XMLElement& parent, const char* name) {
   XMLElement* child = XMLElement::Create(name);
   parent.AddElement(child);
   return *child;
+}
+
+void Require(const MCCommon::MCStatus& status) {
+  if (status.IsError()) {
+    throw ModelError(fmt::format("PMML export ended with status {}", status.GetErrorCode()));
+  }
 }
 
 std::string ExactNumber(double value) {

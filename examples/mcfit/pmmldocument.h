@@ -4,6 +4,7 @@
 #include "mcxml/xmlelement.h"
 #include "metadata/mcvarlist.h"
 #include "outputfile.h"
+#include "regression/frame/mcstatus.h"
 
 #include <memory>
 #include <string>
@@ -17,6 +18,9 @@ MCCommonXML::XMLElement& AddChild(MCCommonXML::XMLElement& parent, const char* n
 /// A number in the shortest form that reads back as the same number, as XML schemas write it. What
 /// a consumer computes with is written so: the library's own 15 digits lose the last bits.
 std::string ExactNumber(double value);
+
+/// Throws ModelError for a status of the exporter that is an error: no data lead to one.
+void Require(const MCCommon::MCStatus& status);
 
 /// A PMML 3.2 document: header and dictionary, and the model that the caller composes.
 class PmmlDocument {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "program.h"
 
+#include "describecommand.h"
 #include "errors.h"
 #include "interrupt.h"
 #include "linearcommand.h"
@@ -19,13 +20,14 @@ namespace mcfit {
 namespace {
 
 int RunCommands(int argc, char** argv) {
-  CLI::App app("Fits regressions to CSV files with the mcstat library", "mcfit");
+  CLI::App app("Describes CSV files and fits regressions to them with the mcstat library", "mcfit");
   app.set_version_flag("--version", "mcfit " MCFIT_VERSION);
   // Not "exactly one": the parser would then hide which word it didn't know.
   app.require_subcommand(0, 1);
   std::vector<std::unique_ptr<Command>> commands;
   commands.push_back(std::make_unique<LinearCommand>(app));
   commands.push_back(std::make_unique<LogisticCommand>(app));
+  commands.push_back(std::make_unique<DescribeCommand>(app));
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -4,8 +4,6 @@
 #include "regression/frame/mcmv.h"
 #include "text.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <optional>
 
@@ -40,10 +38,7 @@ void RowEncoder::Encode(std::vector<double>& record, std::vector<LabelTable>& la
     const int code =
         labels[static_cast<std::size_t>(source.labels)].Add(fReader.Cell(source.column));
     if (code < 0) {
-      fReader.FailAtCell(
-          source.column,
-          fmt::format("more than {} different labels; is this really a column of categories?",
-                      LabelTable::kMostLabels));
+      fReader.FailAtCell(source.column, TooManyLabelsText());
     }
     return static_cast<double>(code);
   });

@@ -3,6 +3,7 @@
 // Models that mcfit exports, scored again from the document alone.
 #include "csvreader.h"
 #include "mcfit/support/childprocess.h"
+#include "mcfit/support/goldentext.h"
 #include "mcfit/support/pmmlscorer.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
@@ -14,10 +15,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <random>
-#include <regex>
 #include <sstream>
 
 namespace {
@@ -29,16 +28,6 @@ const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
 Arguments operator+(Arguments left, const Arguments& right) {
   left.insert(left.end(), right.begin(), right.end());
   return left;
-}
-
-std::string WithoutTimestamp(const std::string& document) {
-  return std::regex_replace(document, std::regex("<Timestamp>[^<]*</Timestamp>"), "<Timestamp/>");
-}
-
-/// A document as it is to be, but for its time.
-std::string Golden(const std::string& name) {
-  std::ifstream file(std::string(MCSTAT_TEST_DATA) + "/mcfit/" + name);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 /// What a run of scoring found.
