@@ -144,16 +144,16 @@ TEST(MCHashKey, CopiesElementsAndTheStoredHash) {
 }
 
 TEST(MCHashKey, AssignmentAllocatesOnlyWhereSizesDiffer) {
-  const MCHashKey source = MakeKey({3, 4});
-  MCHashKey same(2);
-  MCHashKey other(3);
+  const MCHashKey source = MakeKey({3, 4, 5});
+  MCHashKey same(3);
+  MCHashKey other(4);
   const std::size_t before = mctest::AllocationCount();
   same = source;
   EXPECT_EQ(mctest::AllocationCount(), before);
   other = source;
   EXPECT_EQ(mctest::AllocationCount(), before + 1);
   for (const MCHashKey* key : {&same, &other}) {
-    EXPECT_EQ(Elements(*key), (std::vector<int>{3, 4}));
+    EXPECT_EQ(Elements(*key), (std::vector<int>{3, 4, 5}));
     EXPECT_EQ(key->fHash, source.fHash);
   }
   other = MCHashKey();
@@ -170,12 +170,48 @@ TEST(MCHashKey, AssignmentToItselfChangesNothing) {
 }
 
 TEST(MCHashKey, AnAssignmentThatRunsOutOfMemoryChangesNothing) {
-  const MCHashKey source = MakeKey({3, 4});
-  MCHashKey key = MakeKey({1});
-  const mctest::FailAllocation failure(1);
-  EXPECT_THROW(key = source, std::bad_alloc);
-  EXPECT_EQ(Elements(key), (std::vector<int>{1}));
-  EXPECT_EQ(key.fHash, 3);
+  const MCHashKey source = MakeKey({3, 4, 5});
+  for (const std::vector<int>& elements : std::vector<std::vector<int>>{{1}, {1, 2, 3, 4}}) {
+    MCHashKey key = MakeKey(elements);
+    const int hash = key.fHash;
+    const mctest::FailAllocation failure(1);
+    EXPECT_THROW(key = source, std::bad_alloc);
+    EXPECT_EQ(Elements(key), elements);
+    EXPECT_EQ(key.fHash, hash);
+  }
+}
+
+TEST(MCHashKey, KeepsUpToTwoElementsWithoutAllocation) {
+  // A table has a key for each entry: with both elements it fits the least block of the heap.
+  EXPECT_LE(sizeof(MCHashKey), 24U);
+  const std::size_t before = mctest::AllocationCount();
+  MCHashKey key(2);
+  key.fData[0] = 3;
+  key.fData[1] = 4;
+  key.ComputeHash();
+  const MCHashKey copy(key);
+  MCHashKey assigned(1);
+  assigned = copy;
+  EXPECT_EQ(mctest::AllocationCount(), before);
+  EXPECT_EQ(Elements(assigned), (std::vector<int>{3, 4}));
+  EXPECT_TRUE(MCCommonMath::detail::IsSameKey(assigned, key));
+}
+
+TEST(MCHashKey, IsItsOwnCopyWhateverTheSizesBefore) {
+  const std::vector<std::vector<int>> all = {{}, {1}, {1, 2}, {1, 2, 3}, {1, 2, 3, 4}};
+  for (const std::vector<int>& from : all) {
+    for (const std::vector<int>& to : all) {
+      MCHashKey key = MakeKey(to);
+      {
+        const MCHashKey source = MakeKey(from);
+        key = source;
+        EXPECT_TRUE(key.fData == nullptr || key.fData != source.fData);
+      }
+      EXPECT_EQ(Elements(key), from);
+      EXPECT_EQ(key.fHash, MakeKey(from).fHash);
+      EXPECT_EQ(key.fData == nullptr, from.empty());
+    }
+  }
 }
 
 TEST(MCHashKey, RefillingAllocatesNothing) {

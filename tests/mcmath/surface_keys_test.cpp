@@ -53,7 +53,8 @@ static_assert(Is<void (MCHashKey::*)()>(&MCHashKey::ComputeHash));
 static_assert(Is<void (MCHashKey::*)() const>(&MCHashKey::Display));
 static_assert(Is<int*>(&MCHashKey::ADD_LOWER_BOUND));
 static_assert(std::is_same_v<decltype(MCHashKey::PRIME_FACTOR), const int[49]>);
-static_assert(Is<std::unique_ptr<int[]> MCHashKey::*>(&MCHashKey::fData));
+static_assert(
+    Is<std::unique_ptr<int[], MCCommonMath::detail::KeyStorage> MCHashKey::*>(&MCHashKey::fData));
 static_assert(Is<int MCHashKey::*>(&MCHashKey::fSize));
 static_assert(Is<int MCHashKey::*>(&MCHashKey::fHash));
 static_assert(Is<bool (*)(const MCHashKey&, const MCHashKey&)>(&MCCommonMath::operator<));

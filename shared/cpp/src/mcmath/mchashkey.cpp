@@ -10,30 +10,28 @@
 
 namespace MCCommonMath {
 
-namespace {
-
-std::unique_ptr<int[]> MakeElements(int n) {
-  if (n <= 0) return nullptr;
-  return std::make_unique<int[]>(static_cast<std::size_t>(n));
-}
-
-}  // namespace
-
 int MCHashKey::ADD_LOWER_BOUND = 0;
 
-MCHashKey::MCHashKey(int n) : fData(MakeElements(n)), fSize(std::max(n, 0)) {
+int* detail::KeyStorage::Provide(int n) {
+  if (n <= 0) return nullptr;
+  if (n > kMostInShort) return new int[static_cast<std::size_t>(n)]();
+  std::fill_n(fShort, n, 0);
+  return fShort;
+}
+
+MCHashKey::MCHashKey(int n) : fSize(std::max(n, 0)) {
+  fData.reset(fData.get_deleter().Provide(n));
   ComputeHash();
 }
 
-MCHashKey::MCHashKey(const MCHashKey& other)
-    : fData(MakeElements(other.fSize)), fSize(other.fSize), fHash(other.fHash) {
-  std::copy_n(other.fData.get(), fSize, fData.get());
+MCHashKey::MCHashKey(const MCHashKey& other) {
+  *this = other;
 }
 
 MCHashKey& MCHashKey::operator=(const MCHashKey& other) {
   if (this == &other) return *this;
   if (fSize != other.fSize) {
-    fData = MakeElements(other.fSize);
+    fData.reset(fData.get_deleter().Provide(other.fSize));
     fSize = other.fSize;
   }
   std::copy_n(other.fData.get(), fSize, fData.get());

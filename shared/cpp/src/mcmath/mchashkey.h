@@ -7,6 +7,31 @@
 
 namespace MCCommonMath {
 
+namespace detail {
+
+/// Where the elements of a key lie, and what frees them.
+class KeyStorage {
+public:
+  KeyStorage() = default;
+  KeyStorage(const KeyStorage&) = delete;
+  KeyStorage& operator=(const KeyStorage&) = delete;
+  ~KeyStorage() = default;
+
+  /// `n` elements of 0, null for n <= 0. What was provided before stays as it is, unless both are
+  /// short enough to lie in here.
+  int* Provide(int n);
+
+  void operator()(int* elements) const {
+    if (elements != fShort) delete[] elements;
+  }
+
+private:
+  static constexpr int kMostInShort = 2;
+  int fShort[kMostInShort] = {0, 0};
+};
+
+}  // namespace detail
+
 /// A sequence of ints with its hash code, by which a hash table finds a combination of factor
 /// levels or a pattern of values. The fields are open so that the owner of a scratch key can
 /// refill it for each row without allocation:
@@ -17,6 +42,9 @@ namespace MCCommonMath {
 ///
 /// Any element is safe. Elements from 0 to GetElementUpperBound() also keep every hash from
 /// being negative.
+///
+/// Most keys are of one or two elements and a table may hold millions of them, so those lie in the
+/// key itself; the elements of a longer key are an array of their own.
 class MC_EXPORT MCHashKey {
 public:
   /// Multipliers of the hash rule, the primes from 3 to 229; element i takes number i % 49.
@@ -37,7 +65,7 @@ public:
   explicit MCHashKey(int n);
 
   /// Elements and the stored hash are copied as they are. Assignment allocates only where sizes
-  /// differ; if that fails, the key is as before.
+  /// differ, if at all; if that fails, the key is as before.
   MCHashKey(const MCHashKey& other);
   MCHashKey& operator=(const MCHashKey& other);
   ~MCHashKey() = default;
@@ -67,9 +95,9 @@ public:
   /// Writes the elements to the diagnostic display.
   void Display() const;
 
-  std::unique_ptr<int[]> fData;  ///< the elements, null when there are none
-  int fSize = 0;                 ///< number of elements
-  int fHash = 0;                 ///< hash code as last computed
+  std::unique_ptr<int[], detail::KeyStorage> fData;  ///< the elements, null when there are none
+  int fSize = 0;                                     ///< number of elements
+  int fHash = 0;                                     ///< hash code as last computed
 };
 
 static_assert(sizeof MCHashKey::PRIME_FACTOR == MCHashKey::N_PRIME_FACTORS * sizeof(int));
