@@ -196,10 +196,12 @@ TEST(MultinomialRows, HasTheBitsOfTheSingleRowWhateverStandsInALane) {
     }
     // One odd lane among ordinary ones.
     for (const double odd : values) {
-      std::vector<double> eta(m * kRows, 0.25);
-      for (std::size_t j = 0; j < m; ++j) eta[j * kRows] += static_cast<double>(j);
-      eta[(m - 1) * kRows + 5] = odd;
-      ExpectBitsOfTheSingleRow(eta, m);
+      for (std::size_t oddOne = 0; oddOne < m; ++oddOne) {
+        std::vector<double> eta(m * kRows);
+        for (std::size_t k = 0; k < eta.size(); ++k) eta[k] = 0.25 + static_cast<double>(k / kRows);
+        eta[oddOne * kRows + 5] = odd;
+        ExpectBitsOfTheSingleRow(eta, m);
+      }
     }
   }
 }

@@ -135,10 +135,12 @@ template <std::size_t W, std::size_t V>
 /// What the rows of a block have in common.
 enum class RowKind { kEqual, kDifferent, kMixed };
 
-/// Finds the largest predictor of each row. kMixed also if a row isn't ordinary.
+/// Finds the largest predictor of each row. kMixed also if a row isn't ordinary. The upper limit is
+/// tested predictor by predictor: a NaN may be missing from both the largest and the smallest.
 template <std::size_t W, std::size_t V>
 [[gnu::always_inline]] inline RowKind Classify(const ProbabilityRows& rows, RowVectors<W, V>& hi) {
   using Vec = typename Lanes<W>::Vec;
+  const Vec most = kOrdinary + Vec{};
   auto isOrdinary = Vec{} == Vec{};
   auto isEqual = isOrdinary;
   auto isDifferent = isOrdinary;
@@ -146,14 +148,16 @@ template <std::size_t W, std::size_t V>
   for (std::size_t i = 0; i < V; ++i) {
     Vec eta;
     LoadLanes<W>(eta, rows.eta + i * W);
+    isOrdinary &= eta <= most;
     hi.v[i] = eta;
     Vec lo = eta;
     for (std::size_t j = 1; j < rows.m; ++j) {
       LoadLanes<W>(eta, rows.eta + j * rows.stride + i * W);
+      isOrdinary &= eta <= most;
       hi.v[i] = eta > hi.v[i] ? eta : hi.v[i];
       lo = eta < lo ? eta : lo;
     }
-    isOrdinary &= (lo >= -kOrdinary + Vec{}) & (hi.v[i] <= kOrdinary + Vec{});
+    isOrdinary &= lo >= -most;
     isEqual &= hi.v[i] == lo;
     isDifferent &= hi.v[i] > lo;
   }
