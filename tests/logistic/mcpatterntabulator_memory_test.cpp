@@ -151,6 +151,34 @@ TEST(MCPatternTabulatorMemory, AFailedSecondPassMayBeBegunAnew) {
   }
 }
 
+TEST(MCPatternTabulatorMemory, ARowAfterAFailedSecondPassIsStoredOrRefused) {
+  const MCCommon::Record row = mctest::MakeRecord({0, 1, 0.5, 0});
+  std::size_t nRefused = 0;
+  for (std::size_t k = 1;; ++k) {
+    Tabulation tabulation(OneEffect(3));
+    RowSource source(RowsOf(3, 3));
+    ASSERT_TRUE(tabulation.FirstPass(source).IsOK());
+    const auto createPatterns = [&] { tabulation.SecondPass(source); };
+    // One attempt fails at each point of its way; the next, which finds what that one has left, at
+    // its first allocation.
+    if (Succeeds(k, createPatterns)) break;
+    for (const bool again : {false, true}) {
+      if (again) {
+        ASSERT_FALSE(Succeeds(1, createPatterns));
+      }
+      const MCCommon::MCStatus status =
+          tabulation.fTabulator.ProcessRowPattern(row, tabulation.fTables);
+      const MCRowPatterns* pattern = tabulation.fTabulator.GetRowPatternsPtr({1});
+      EXPECT_EQ(status.GetErrorCode(), pattern == nullptr ? 313 : 0);
+      if (pattern == nullptr) {
+        ++nRefused;
+        break;  // for good: 313 stands
+      }
+    }
+  }
+  EXPECT_GT(nRefused, 2U);
+}
+
 TEST(MCPatternTabulatorMemory, ARowThatCouldNotBeStoredCanBeGivenAgain) {
   Tabulation tabulation(OneEffect(7));
   RowSource first(RowsOf(7, 7));

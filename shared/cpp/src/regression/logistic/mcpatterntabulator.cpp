@@ -108,9 +108,7 @@ MCStatus MCPatternTabulator::CreateRowPatterns(RecordIterator& source, const MCF
   fRecordCount = 0;
   fValidCount = 0;
   fStoredRows = 0;
-  TakeTables(tables, model);
-  SetPacking();
-  fpPlaces->BeginPatterns(tables, fBounds);
+  BeginPatterns(tables, model);
   if (!source.HasMore()) fStatus.Fail(MCCommon::MCS_NO_DATA);
   const bool wasCancelled = ReadValidRows(
       source, [this, &tables](const Record& record) { return ProcessRowPattern(record, tables); });
@@ -119,6 +117,17 @@ MCStatus MCPatternTabulator::CreateRowPatterns(RecordIterator& source, const MCF
   fbRowPatternsCreated = !fStatus.IsError();
   fpPlaces->Clear();
   return fStatus.Get();
+}
+
+// The key comes last: without it no row is stored, should memory run out on the way.
+void MCPatternTabulator::BeginPatterns(const MCFactorTables& tables, const IMCRegModel& model) {
+  fpKey.reset();
+  fpRowPatternTable.reset();
+  TakeTables(tables, model);
+  SetPacking();
+  fpPlaces->BeginPatterns(tables, fBounds);
+  fpRowPatternTable = std::make_unique<MCCommonMath::MCHashtable<MCRowPatterns>>();
+  fpKey = std::make_unique<MCHashKey>(fNPackedKey);
 }
 
 void MCPatternTabulator::TakeTables(const MCFactorTables& tables, const IMCRegModel& model) {
@@ -147,8 +156,6 @@ void MCPatternTabulator::SetPacking() {
     fPackedBounds = fBounds;
   }
   fNPackedKey = static_cast<int>(fPackedBounds.size());
-  fpKey = std::make_unique<MCHashKey>(fNPackedKey);
-  fpRowPatternTable = std::make_unique<MCCommonMath::MCHashtable<MCRowPatterns>>();
 }
 
 MCStatus MCPatternTabulator::ProcessRowPattern(const Record& record, const MCFactorTables& tables) {

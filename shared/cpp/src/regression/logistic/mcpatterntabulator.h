@@ -55,9 +55,9 @@ class MCPatternPlaces;
 /// order, each from its head, and rows of one pattern as they were read. Sums are formed in this
 /// order, which `usePacking` may change, and nothing else does.
 ///
-/// Memory: the extracted values of the rows and some 150 bytes for each pattern. Where this object
-/// has made the first pass and the factors have up to some thousand cells, each pattern takes just
-/// the room that its rows need.
+/// Memory: the extracted values of the rows and some 120 bytes for each pattern, 150 if its key has
+/// more than two elements. Where this object has made the first pass and the factors have up to
+/// some thousand cells, each pattern takes just the room that its rows need.
 class MC_EXPORT MCPatternTabulator : public IMCDataHandler {
 public:
   /// Settings, extractor and cancel info are borrowed for the life of the tabulator and not to
@@ -120,7 +120,7 @@ public:
 
   /// The pattern of the local parameter indices `localIndices`, one for each local effect; null if
   /// there is none, also for a list of other length and before CreateRowPatterns(). It lives as
-  /// long as the tabulator.
+  /// long as the tabulator, or until CreateRowPatterns() begins anew after a failure.
   const MCRowPatterns* GetRowPatternsPtr(const std::vector<int>& localIndices) const;
 
 private:
@@ -128,6 +128,7 @@ private:
   bool ReadValidRows(MCCommon::RecordIterator& source, UseRow useRow);
   void FailIfCancelled(bool wasCancelled);
 
+  void BeginPatterns(const MCFactorTables& tables, const IMCRegModel& model);
   void TakeTables(const MCFactorTables& tables, const IMCRegModel& model);
   void SetPacking();
   bool HasLocalIndices(const std::vector<int>& localIndices) const;
