@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regression/design/mcregrecordvalidator.h"
 
+#include "regression/design/detail/rolename.h"
 #include "regression/frame/detail/mcnumericcast.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/frame/mcmv.h"
@@ -31,23 +32,6 @@ bool ArePresent(const double* begin, const double* end) {
   }
   if (_mm_movemask_pd(found) != 0) return false;
   return std::find(value, end, MCMV::gMissingValue) == end;
-}
-
-const char* RoleName(MCConst::MCVariableType role) {
-  switch (role) {
-    case MCConst::MC_VAR_FREQ_WEIGHT:
-      return "Frequency weight";
-    case MCConst::MC_VAR_REGR_WEIGHT:
-      return "Regression Weight";
-    case MCConst::MC_VAR_FACTOR:
-      return "Factor";
-    case MCConst::MC_VAR_COVARIATE:
-      return "Covariate";
-    case MCConst::MC_VAR_DEPENDENT:
-      return "Dependent";
-    default:
-      return "Unspecified";
-  }
 }
 
 }  // namespace
@@ -112,7 +96,7 @@ void MCRegRecordValidator::Display() const {
   int position = 0;
   for (const MCConst::MCVariableType role : fVariableTypes) {
     DisplayI("  Variable index", position++);
-    DisplayS("    Type", RoleName(role));
+    DisplayS("    Type", MCCommon::detail::RoleName(role, "Frequency weight"));
   }
   DisplayI("Number of target categories", fNDepCategories);
   DisplayIV("Numbers of factor categories", fMaxCategories);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "regression/design/detail/rolename.h"
 #include "regression/frame/mccomponentdisplay.h"
 #include "regression/logistic/mcpatterntabulator.h"
 
@@ -11,23 +12,6 @@ void DisplayBorrowed(const std::string& label, const std::vector<int>* values) {
     MCComponentDisplay::DisplayText(1, label + " undefined");
   } else {
     MCComponentDisplay::DisplayIV(label, *values);
-  }
-}
-
-const char* RoleName(MCConst::MCVariableType role) {
-  switch (role) {
-    case MCConst::MC_VAR_FREQ_WEIGHT:
-      return "Frequency Weight";
-    case MCConst::MC_VAR_REGR_WEIGHT:
-      return "Regression Weight";
-    case MCConst::MC_VAR_FACTOR:
-      return "Factor";
-    case MCConst::MC_VAR_COVARIATE:
-      return "Covariate";
-    case MCConst::MC_VAR_DEPENDENT:
-      return "Dependent";
-    default:
-      return "Unspecified";
   }
 }
 
@@ -84,7 +68,8 @@ void MCPatternTabulator::DisplayVariables() const {
   int position = 0;
   for (const MCConst::MCVariableType role : *fVariableType) {
     DisplayI("  Variable index", position++);
-    DisplayText(1, std::string("    Type = ") + RoleName(role));
+    DisplayText(1,
+                std::string("    Type = ") + MCCommon::detail::RoleName(role, "Frequency Weight"));
   }
   DisplayI("fFreqWeightVar", fFreqWeightVar);
   DisplayI("fRegrWeightVar", fRegrWeightVar);
