@@ -373,6 +373,32 @@ TEST(MCAccumStatsLogisticBits, WidePatternsHaveTheSameBitsTogetherAndOneByOne) {
   }
 }
 
+// Too many blocks to be gathered in bands.
+TEST(MCAccumStatsLogisticBits, ManyCategoriesHaveTheSameBitsTogetherAndOneByOne) {
+  std::uint64_t seed = 60;
+  for (const int nColumns : {5, 6}) {
+    SCOPED_TRACE(testing::Message() << nColumns << " columns of 6");
+    Problem problem = MakeProblem({6, nColumns, 220, 15}, ++seed);
+    ExpectSameTogetherAndOneByOne(problem);
+  }
+}
+
+// A copy of its blocks for the vectors, whole lines instead of one element each, would take 30 MB
+// or more.
+TEST(MCAccumStatsLogisticBits, ManyCategoriesTakeLittleMemoryBesideTheHessian) {
+  constexpr int kCategories = 700;
+  Problem problem = MakeProblem({1, 1, kCategories, 5}, 3);
+  for (std::size_t r = 0; r < problem.NRows(); ++r) problem.Value(r, 0) = 1.0;
+  const MCLogRegSettings settings;
+  const MCCancelInfo cancel(nullptr);
+  MCAccumStatsLogistic accumulator(settings, 1, kCategories, problem.estimates);
+  mctest::ResetLargestAllocation();
+  EXPECT_EQ(accumulator.UpdateForPattern(problem.columns, problem.layout, problem.rows.data(),
+                                         problem.NRows(), cancel, false),
+            0);
+  EXPECT_LT(mctest::LargestAllocation(), 16U << 20U);
+}
+
 TEST(MCAccumStatsLogisticBits, CancelsEndAtTheSamePoll) {
   Problem problem = MakeProblem({5, 4, 3, 150}, 9);
   Problem refused = problem;

@@ -23,6 +23,10 @@ namespace {
 /// pattern's part of them.
 constexpr std::size_t kMostInBands = 64;
 
+/// Nor are bands kept that no cache would hold. Those of few columns take up to 64 times what their
+/// triangles do, which many categories make many gigabytes.
+constexpr std::size_t kMostBandDoubles = std::size_t{1} << 20U;
+
 /// Rows of a tile: few keep it in the nearest cache, many amortise the reading and writing of the
 /// sums. Multiples of kStride.
 std::size_t TileRows(std::size_t nColumns) {
@@ -147,7 +151,7 @@ void MCPatternTile::Reserve() {
 }
 
 bool MCPatternTile::IsInBands() const {
-  return fNColumns <= kMostInBands;
+  return fNColumns <= kMostInBands && RowStart(NEquations()) * BandsSize() <= kMostBandDoubles;
 }
 
 std::size_t MCPatternTile::ScoresPitch() const {
