@@ -2,6 +2,7 @@
 #include "regression/design/mcbuildstatus.h"
 
 #include <algorithm>
+#include <cstddef>
 
 void MCBuildStatus::Take(const MCCommon::MCStatus& status) {
   fStatus = status;
@@ -21,10 +22,10 @@ bool MCBuildStatus::AddNewWarning(const MCCommon::MCStatus& status, bool keepErr
 
 bool MCBuildStatus::AddNewWarnings(const std::vector<MCCommon::MCStatus>& statuses,
                                    bool keepError) {
-  const std::vector<MCCommon::MCStatus> added = statuses;  // which may be the list that grows
   bool areAllNew = true;
-  for (const MCCommon::MCStatus& status : added) {
-    areAllNew = AddNewWarning(status, keepError) && areAllNew;
+  const std::size_t nAdded = statuses.size();  // the list may be the one that grows
+  for (std::size_t i = 0; i < nAdded; ++i) {
+    areAllNew = AddNewWarning(statuses[i], keepError) && areAllNew;
   }
   return areAllNew;
 }
