@@ -3,6 +3,7 @@
 
 #include "regression/frame/mcmv.h"
 #include "support/displaycapture.h"
+#include "support/localeguard.h"
 
 #include <gtest/gtest.h>
 
@@ -188,6 +189,12 @@ TEST(DisplayMatrices, OfRowsOfUnequalLengthShowTheNumberOfElements) {
               DisplayDVV("m", {{1}, {}, {2, 3}});
             }),
             "\n\nm (number of elements = 3)\nrow 0 1\nrow 1\nrow 2 2 3");
+}
+
+TEST(DisplayVectors, HaveADecimalPointInEveryLocale) {
+  const mctest::LocaleGuard german("de_DE.UTF-8");
+  ASSERT_TRUE(german.IsSet());
+  EXPECT_EQ(Displayed([] { DisplayVPDI("v", {{0.5, 7}}); }), "\nv (size = 1)\n (0.5, 7)");
 }
 
 TEST(DisplayDA, ShowsAnArrayAsAVector) {

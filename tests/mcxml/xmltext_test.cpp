@@ -21,6 +21,7 @@ using mctest::LocaleGuard;
 constexpr char kGerman[] = "de_DE.UTF-8";
 
 TEST(XMLText, NamesItsFormats) {
+  const LocaleGuard locale("C");
   EXPECT_EQ(GetDefaultNumericFormat(), "%.15g");
   EXPECT_EQ(GetListSeparator(), ";");
   EXPECT_EQ(GetDecimalCharacter(), ".");
@@ -49,6 +50,7 @@ TEST(XMLText, PrintsWhatIsNoNumberAsAStreamDoes) {
 }
 
 TEST(XMLText, FormatsByTheCLibrary) {
+  const LocaleGuard locale("C");
   EXPECT_EQ(Format(0.5, true, nullptr), "0.5");
   EXPECT_EQ(Format(0.5, true, "%.3f"), "0.500");
   EXPECT_EQ(Format(0.5, false, "%.3f"), "0.5");
@@ -58,6 +60,7 @@ TEST(XMLText, FormatsByTheCLibrary) {
 }
 
 TEST(XMLText, PassesIntegersThroughFifteenDigits) {
+  const LocaleGuard locale("C");
   EXPECT_EQ(Format(42L), "42");
   EXPECT_EQ(Format(-123456789012345L), "-123456789012345");
   EXPECT_EQ(Format(1234567890123456L), "1.23456789012346e+15");
@@ -122,6 +125,7 @@ TEST(XMLText, ConvertsLongTexts) {
 }
 
 TEST(XMLTextDeathTest, EndsTheProcessForATextThatIsNotInTheCodeSet) {
+  const LocaleGuard locale("C");
   EXPECT_DEATH(MbToUTF8("\xC3\xA4"),
                "Assertion failed: conversions != \\(size_t\\)-1, mcxml/mbtoutf8_unix");
 }

@@ -4,15 +4,21 @@
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <iostream>
+#include <locale>
 #include <sstream>
 #include <string>
 
 namespace mctest {
 
-/// While it lives, display goes into a text; afterwards to the standard output again.
+/// While it lives, display goes into a text; afterwards to the standard output again. Display
+/// writes numbers as its stream does, which here has the classic locale whatever that of the
+/// process is.
 class DisplayCapture {
 public:
-  DisplayCapture() { MCComponentDisplay::SetOutStream(fStream); }
+  DisplayCapture() {
+    fStream.imbue(std::locale::classic());
+    MCComponentDisplay::SetOutStream(fStream);
+  }
   ~DisplayCapture() { MCComponentDisplay::SetOutStream(std::cout); }
   DisplayCapture(const DisplayCapture&) = delete;
   DisplayCapture& operator=(const DisplayCapture&) = delete;

@@ -3,6 +3,7 @@
 
 #include "regression/frame/mcmv.h"
 
+#include <charconv>
 #include <cstdio>
 #include <ctime>
 #include <iostream>
@@ -22,6 +23,17 @@ std::string Format(const char* format, Args... args) {
   return buffer;
 }
 
+constexpr int kShort = 6;
+constexpr int kFull = 17;
+
+// With a decimal point in every locale, unlike the C library.
+std::string Number(double value, int digits) {
+  char text[32];
+  const auto end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr;
+  return std::string(text, end);
+}
+
 std::string Show(int value) {
   return Format("%d", value);
 }
@@ -32,7 +44,7 @@ std::string Show(bool value) {
   return value ? "true" : "false";
 }
 std::string Show(double value) {
-  return value == MCMV::gMissingValue ? "miss" : Format("%g", value);
+  return value == MCMV::gMissingValue ? "miss" : Number(value, kShort);
 }
 std::string Show(const std::string& value) {
   return value;
@@ -131,8 +143,8 @@ void DisplayD(std::string label, double value) {
 }
 
 void DisplayDF(std::string label, double value) {
-  DisplayText(1, std::move(label) + " = " +
-                     (value == MCMV::gMissingValue ? "miss" : Format("%.17g", value)));
+  DisplayText(
+      1, std::move(label) + " = " + (value == MCMV::gMissingValue ? "miss" : Number(value, kFull)));
 }
 
 void DisplayB(std::string label, bool value) {
@@ -150,7 +162,7 @@ void DisplayDV(std::string label, const std::vector<double>& values, bool full) 
   }
   DisplayText(1, std::move(label) + SizeOf(values.size()));
   for (const double value : values) {
-    DisplayText(1, value == MCMV::gMissingValue ? "miss" : Format(" = %.17g", value));
+    DisplayText(1, value == MCMV::gMissingValue ? "miss" : " = " + Number(value, kFull));
   }
 }
 
