@@ -161,13 +161,15 @@ double MCAccumStatsLogistic::GetStepAdjustmentFactor() const {
 
 void MCAccumStatsLogistic::Display(bool brief) const {
   using namespace MCComponentDisplay;
-  DisplayText(1, "MCAccumStatsLogistic display start");
-  if (!brief) {
-    DisplayI("Number of estimated parameters in the model", fNParams);
-    DisplayI("Number of response categories of the dependent variable", fNCategs);
+  if (brief) {
+    DisplayD("Accumulated log-likelihood", fLL);
+    return;
   }
+  DisplayText(1, "MCAccumStatsLogistic display start");
+  DisplayI("Number of estimated parameters in the model", fNParams);
+  DisplayI("Number of response categories of the dependent variable", fNCategs);
   DisplayD("Accumulated log-likelihood", fLL);
-  if (!brief) DisplaySums();
+  DisplaySums();
   DisplayText(1, "MCAccumStatsLogistic display end");
 }
 
