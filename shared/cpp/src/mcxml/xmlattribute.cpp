@@ -4,9 +4,18 @@
 #include "mcxml/xmltext.h"
 #include "mcxml/xmlutil.h"
 
+#include <algorithm>
+
 namespace MCCommonXML {
 
 namespace {
+
+// Whether nothing in the value can need escaping, as in most. A blank may.
+bool IsPlain(const std::string& value) {
+  return std::none_of(value.begin(), value.end(), [](char c) {
+    return c == '&' || c == '<' || c == '>' || c == '"' || c == ' ' || (c >= '\t' && c <= '\r');
+  });
+}
 
 // The ampersand first, and nothing that a later step could mistake for its own: each inserts
 // references, in which only the ampersand occurs.
@@ -40,7 +49,11 @@ int XMLAttribute::ToString(std::string& out, ExportFormat&) const {
   out += fName;
   out += XMLUtil::EQUAL;
   out += XMLUtil::QUOTE;
-  out += Escaped(fValue);
+  if (IsPlain(fValue)) {
+    out += fValue;
+  } else {
+    out += Escaped(fValue);
+  }
   out += XMLUtil::QUOTE;
   return 0;
 }
