@@ -33,23 +33,33 @@ private:
   std::string* fOut;
 };
 
-/// Hands what is printed on to a stream, tag by tag, so that no document is held in memory.
+/// Hands what is printed on to a stream, so that no document is held in memory: tag by tag where it
+/// is converted, in blocks otherwise, as a stream takes its time for each piece.
 class StreamSink {
 public:
   StreamSink(std::ostream& out, bool utf8) : fOut(&out), fbUTF8(utf8) {}
 
   void Add(std::string_view text) { fText += text; }
   void AddNode(const XMLInterface& node, ExportFormat& format) {
-    Flush();
+    if (!fbUTF8 && typeid(node) == typeid(XMLAttribute)) {
+      node.ToString(fText, format);
+      return;
+    }
+    Write();
     node.ToStream(*fOut, format, fbUTF8);
   }
   void Flush() {
+    if (fbUTF8 || fText.size() >= kBlock) Write();
+  }
+  void Write() {
     if (fText.empty()) return;
     WriteText(*fOut, fText, fbUTF8);
     fText.clear();
   }
 
 private:
+  static constexpr std::size_t kBlock = 4096;
+
   std::ostream* fOut;
   bool fbUTF8;
   std::string fText;
@@ -188,6 +198,7 @@ int XMLElement::ToString(std::string& out, ExportFormat& format) const {
 int XMLElement::ToStream(std::ostream& out, ExportFormat& format, bool utf8) const {
   StreamSink sink(out, utf8);
   Print(sink, format);
+  sink.Write();
   return 0;
 }
 
