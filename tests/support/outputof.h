@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+namespace mctest {
+
+/// What a command writes to its standard output; it must succeed.
+inline std::string OutputOf(const std::string& command) {
+  std::FILE* pipe = popen(command.c_str(), "r");
+  EXPECT_NE(pipe, nullptr);
+  std::string out;
+  for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) out += static_cast<char>(c);
+  EXPECT_EQ(pclose(pipe), 0);
+  return out;
+}
+
+}  // namespace mctest
