@@ -3,6 +3,7 @@
 #include "regression/logistic/mcregoptimizer.h"
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
+#include "support/numbers.h"
 #include "support/samebits.h"
 #include "support/scriptedrun.h"
 
@@ -383,7 +384,7 @@ std::string MatrixText(const std::string& label, const std::string& element) {
          "\nThe number of blocks = 1"
          "\nThe block size = 1" +
          Displayed([&element] {
-           MCComponentDisplay::DisplayDVTR("Lower triangular", {std::stod(element)}, 1);
+           MCComponentDisplay::DisplayDVTR("Lower triangular", {mctest::ToNumber(element)}, 1);
          }) +
          "\nMCSymMatrixData display end";
 }

@@ -3,6 +3,7 @@
 // Fits of an accumulator made by hand, and R squares, against values to 30 digits.
 #include "regression/frame/mcmv.h"
 #include "regression/logistic/mcregoptimizer.h"
+#include "support/numbers.h"
 #include "support/scriptedrun.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,7 @@ std::vector<std::vector<double>> ReadNumbers(const std::string& name) {
     std::istringstream fields(line);
     lines.emplace_back();
     for (std::string field; std::getline(fields, field, ',');) {
-      lines.back().push_back(std::stod(field));
+      lines.back().push_back(mctest::ToNumber(field));
     }
   }
   return lines;

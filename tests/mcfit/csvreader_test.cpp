@@ -7,6 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
+
 namespace {
 using mcfit::CsvReader;
 using testing::HasSubstr;
@@ -93,9 +96,9 @@ TEST(McfitCsvReader, BadFilesAreRefusedWithTheirLine) {
 
 TEST(McfitCsvReader, AFileThatCannotBeReadIsNamed) {
   EXPECT_EQ(RefusalOf([] { const CsvReader reader("/nonexistent/data.csv"); }),
-            "cannot open '/nonexistent/data.csv': No such file or directory");
+            std::string("cannot open '/nonexistent/data.csv': ") + std::strerror(ENOENT));
   EXPECT_EQ(RefusalOf([] { const CsvReader reader("/tmp"); }),
-            "cannot read '/tmp': Is a directory");
+            std::string("cannot read '/tmp': ") + std::strerror(EISDIR));
 }
 
 TEST(McfitCsvReader, ColumnsAreFoundByNameIfThatIsPlain) {

@@ -13,7 +13,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 namespace {
@@ -241,8 +243,9 @@ TEST(McfitDataset, NothingIsLeftInTheTemporaryFolder) {
 
 TEST(McfitDataset, AFolderThatCannotHoldTheRowFileIsNamed) {
   setenv("TMPDIR", "/nonexistent", 1);
-  EXPECT_THAT(RefusalOf([] { const mcfit::RowFile file; }),
-              HasSubstr("the temporary row file in '/nonexistent': No such file"));
+  EXPECT_THAT(
+      RefusalOf([] { const mcfit::RowFile file; }),
+      HasSubstr(std::string("the temporary row file in '/nonexistent': ") + std::strerror(ENOENT)));
   unsetenv("TMPDIR");
 }
 

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <sstream>
 
 namespace {
@@ -175,6 +176,7 @@ TEST(Describe, AFileWithoutRowsHasVariablesWithoutValues) {
 // The different numbers of a long column aren't kept, and a word behind them is a mistake.
 TEST(Describe, ColumnsWithManyDifferentNumbersAreDescribed) {
   std::ostringstream text;
+  text.imbue(std::locale::classic());
   text << "x\n";
   for (int i = 0; i <= 100001; ++i) text << i << ".25\n";
   const TemporaryFolder folder;

@@ -4,6 +4,7 @@
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
+#include "support/numbers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -482,8 +483,8 @@ TEST(McfitLogistic, ASecondFileGetsCategoriesAndTheirProbabilities) {
   const double low[] = {0.33237299485888, 0.14337861229852, 0.35200506779031};
   for (std::size_t i = 0; i < 3; ++i) {
     EXPECT_EQ(rows[i + 1][7], "normal");
-    EXPECT_NEAR(std::stod(rows[i + 1][8]), low[i], 2e-8);
-    EXPECT_NEAR(std::stod(rows[i + 1][8]) + std::stod(rows[i + 1][9]), 1.0, 1e-15);
+    EXPECT_NEAR(mctest::ToNumber(rows[i + 1][8]), low[i], 2e-8);
+    EXPECT_NEAR(mctest::ToNumber(rows[i + 1][8]) + mctest::ToNumber(rows[i + 1][9]), 1.0, 1e-15);
   }
 }
 

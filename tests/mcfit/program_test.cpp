@@ -4,6 +4,7 @@
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
+#include "support/numbers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,8 +34,8 @@ std::map<std::string, std::vector<double>> Certified(const std::string& set) {
     std::getline(cells, value, ',');
     std::getline(cells, deviation, ',');
     if (name != set) continue;
-    values[quantity].push_back(std::stod(value));
-    if (!deviation.empty()) values[quantity].push_back(std::stod(deviation));
+    values[quantity].push_back(mctest::ToNumber(value));
+    if (!deviation.empty()) values[quantity].push_back(mctest::ToNumber(deviation));
   }
   return values;
 }
@@ -333,7 +334,7 @@ TEST(McfitProgram, ASecondFileIsScored) {
     if (std::isnan(row.score)) {
       EXPECT_EQ(score, "") << cells;
     } else {
-      EXPECT_NEAR(std::stod(score), row.score, 1e-10) << cells;
+      EXPECT_NEAR(mctest::ToNumber(score), row.score, 1e-10) << cells;
     }
   }
   EXPECT_FALSE(std::getline(scores, line));

@@ -8,6 +8,7 @@
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
 #include "pmmldocument.h"
+#include "support/numbers.h"
 #include "support/pmmlcheck.h"
 #include "text.h"
 
@@ -16,6 +17,7 @@
 
 #include <cmath>
 #include <limits>
+#include <locale>
 #include <random>
 #include <sstream>
 
@@ -69,12 +71,13 @@ Comparison CompareScores(const Arguments& fit, const std::string& rows) {
     }
     ++found.scored;
     if (scorer.Categories().empty()) {
-      const double expected = std::stod(row["predicted"]);
+      const double expected = mctest::ToNumber(row["predicted"]);
       EXPECT_NEAR(scores->at(0), expected, 1e-12 * std::abs(expected));
       continue;
     }
     for (std::size_t i = 0; i < scores->size(); ++i) {
-      EXPECT_NEAR((*scores)[i], std::stod(row.at("p(" + scorer.Categories()[i] + ")")), 1e-12);
+      EXPECT_NEAR((*scores)[i], mctest::ToNumber(row.at("p(" + scorer.Categories()[i] + ")")),
+                  1e-12);
     }
   }
   return found;
@@ -112,6 +115,7 @@ std::string RandomRows(int n) {
   const char* const regions[] = {"A & B", "<north>", "\"\"deep\"\"  south", "Käse"};
   const char* const sites[] = {"1", "1.0", "two", ""};
   std::ostringstream text;
+  text.imbue(std::locale::classic());
   text.precision(17);
   text << "y,kind,\"the  region\",site,x<1>,z\n";
   for (int i = 0; i < n; ++i) {
@@ -217,7 +221,7 @@ TEST(RegressionPmml, CovariancesAreThoseOfTheReport) {
     if ((*cell)["pRow"] != (*cell)["pCol"]) continue;
     ++diagonals;
     const double error = numbers.at(names.at((*cell)["pRow"]))[1];
-    EXPECT_NEAR(std::sqrt(std::stod((*cell)["value"])), error, 1e-13 * error);
+    EXPECT_NEAR(std::sqrt(mctest::ToNumber((*cell)["value"])), error, 1e-13 * error);
   }
   EXPECT_EQ(diagonals, 3);
 }
@@ -264,7 +268,7 @@ TEST(PmmlDocument, NumbersReadBackAsTheyWere) {
   EXPECT_EQ(mcfit::ExactNumber(-3.0), "-3");
   EXPECT_EQ(mcfit::ExactNumber(-0.0), "0");
   for (const double value : {1.0 / 3.0, 1e-300 / 7.0, 2e300 / 3.0, 123456789.123456789}) {
-    EXPECT_EQ(std::stod(mcfit::ExactNumber(value)), value);
+    EXPECT_EQ(mctest::ToNumber(mcfit::ExactNumber(value)), value);
   }
   EXPECT_EQ(mcfit::ExactNumber(infinity), "INF");
   EXPECT_EQ(mcfit::ExactNumber(-infinity), "-INF");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/logisticfile.h"
 
+#include "support/numbers.h"
+
 #include <algorithm>
 #include <fstream>
 #include <map>
@@ -57,10 +59,10 @@ void AddColumn(const std::string& head, int position, LogisticProblem& problem,
   positions[parts[0]] = position;
   if (parts[1] == "dependent") {
     problem.dependent = position;
-    problem.categories = std::stoi(parts[2]);
+    problem.categories = ToNumber<int>(parts[2]);
   } else if (parts[1] == "factor") {
     problem.factors.push_back(position);
-    problem.factorSizes.push_back(std::stoi(parts[2]));
+    problem.factorSizes.push_back(ToNumber<int>(parts[2]));
   } else if (parts[1] == "covariate") {
     problem.covariates.push_back(position);
   } else {
@@ -94,16 +96,16 @@ int ReadReference(const File& file, const std::string& dependent) {
 // One element of what has elements, from a line "quantity,i,j,value".
 void StoreIndexed(const std::vector<std::string>& line, LogisticReference& reference) {
   if (line[0] == "estimate") {
-    const std::size_t i = std::stoul(line[1]);
+    const std::size_t i = ToNumber<std::size_t>(line[1]);
     reference.redundant[i] = false;
-    reference.estimates[i] = std::stold(line[3]);
+    reference.estimates[i] = ToNumber<long double>(line[3]);
   } else if (line[0] == "covariance") {
-    const std::size_t i = std::stoul(line[1]);
-    const std::size_t j = std::stoul(line[2]);
-    reference.covariance[i][j] = reference.covariance[j][i] = std::stold(line[3]);
+    const std::size_t i = ToNumber<std::size_t>(line[1]);
+    const std::size_t j = ToNumber<std::size_t>(line[2]);
+    reference.covariance[i][j] = reference.covariance[j][i] = ToNumber<long double>(line[3]);
   } else if (line[0] == "probability") {
     reference.probabilities.push_back(
-        {std::stoul(line[1]), std::stoi(line[2]), std::stold(line[3])});
+        {ToNumber<std::size_t>(line[1]), ToNumber<int>(line[2]), ToNumber<long double>(line[3])});
   }
 }
 
@@ -124,7 +126,7 @@ LogisticProblem ReadLogisticData(const std::string& name) {
   }
   for (std::size_t r = 1; r < file.lines.size(); ++r) {
     std::vector<double>& row = problem.rows.emplace_back();
-    for (const std::string& cell : file.lines[r]) row.push_back(std::stod(cell));
+    for (const std::string& cell : file.lines[r]) row.push_back(ToNumber(cell));
   }
   return problem;
 }
@@ -134,7 +136,7 @@ LogisticReference ReadLogisticReference(const std::string& name) {
   LogisticReference reference;
   std::map<std::string, long double> single;
   for (const std::vector<std::string>& line : file.lines) {
-    if (line[1].empty()) single[line[0]] = std::stold(line[3]);
+    if (line[1].empty()) single[line[0]] = ToNumber<long double>(line[3]);
   }
   const auto n = static_cast<std::size_t>(single.at("parameters"));
   reference.redundant.assign(n, true);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcfit/support/pmmlscorer.h"
 
+#include "support/numbers.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <stdexcept>
 
 using mctest::XmlNode;
@@ -13,12 +14,6 @@ namespace {
 template <class T>
 bool Contains(const std::vector<T>& list, const T& value) {
   return std::find(list.begin(), list.end(), value) != list.end();
-}
-
-bool IsNumber(const std::string& text) {
-  char* end = nullptr;
-  std::strtod(text.c_str(), &end);
-  return end == text.c_str() + text.size();
 }
 
 std::vector<std::string> ValuesWith(const XmlNode& field, const std::string& property) {
@@ -62,7 +57,7 @@ PmmlScorer::PmmlScorer(const std::string& document) {
   }
   for (const XmlNode* cell : model.Only("ParamMatrix").All("PCell")) {
     fBetas[(*cell)["targetCategory"]].emplace_back((*cell)["parameterName"],
-                                                   std::stod((*cell)["beta"]));
+                                                   mctest::ToNumber((*cell)["beta"]));
   }
 }
 
@@ -70,7 +65,8 @@ bool PmmlScorer::IsScorable(const Row& row) const {
   for (const auto& [name, field] : fActive) {
     const std::string& value = row.at(name);
     if (value.empty() || Contains(field.missing, value)) return false;
-    if (field.isCategorical ? !Contains(field.valid, value) : !IsNumber(value)) return false;
+    if (field.isCategorical ? !Contains(field.valid, value) : !mctest::NumberIn<double>(value))
+      return false;
   }
   return true;
 }
@@ -84,7 +80,7 @@ double PmmlScorer::Value(const std::string& parameter, const Row& row) const {
     if (cell.isFactor) {
       product *= value == cell.value ? 1.0 : 0.0;
     } else {
-      product *= std::pow(std::stod(value), std::stod(cell.value));
+      product *= std::pow(mctest::ToNumber(value), mctest::ToNumber(cell.value));
     }
   }
   return product;

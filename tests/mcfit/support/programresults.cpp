@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <sstream>
 
 std::map<std::string, std::vector<double>> Numbers(const std::string& report) {
@@ -15,6 +16,7 @@ std::map<std::string, std::vector<double>> Numbers(const std::string& report) {
     const std::size_t gap = line.find("  ");
     if (gap == std::string::npos) continue;
     std::istringstream rest(line.substr(gap));
+    rest.imbue(std::locale::classic());
     for (double value; rest >> value;) numbers[line.substr(0, gap)].push_back(value);
   }
   return numbers;
