@@ -3,6 +3,7 @@
 
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
+#include "support/localeguard.h"
 
 #include <gtest/gtest.h>
 
@@ -341,6 +342,14 @@ TEST(MCHashtable, DisplaysFilledBucketsWithKeyThenValue) {
             "\nBucket 1 :\n\t Key:   30\n\t Value: 9"
             "\nBucket 9 :\n\t Key:   3\n\t Value: 8\n\t Key:   1  2\n\t Value: 7"
             "\nEnd of Hashtable.\n");
+}
+
+TEST(MCHashtable, DisplaysNumbersWithADecimalPointInEveryLocale) {
+  const mctest::LocaleGuard german("de_DE.UTF-8");
+  ASSERT_TRUE(german.IsSet());
+  MCHashtable<double> table;
+  ASSERT_TRUE(Put(table, {1}, 1234.5));
+  EXPECT_NE(mctest::DisplayOf(table).find("Value: 1234.5"), std::string::npos);
 }
 
 TEST(MCHashtable, DisplaysValuesByTheirOwnDisplay) {

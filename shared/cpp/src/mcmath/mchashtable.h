@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <locale>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -143,6 +144,7 @@ private:
       value.Display();
     } else {
       std::ostringstream text;
+      text.imbue(std::locale::classic());
       text << "\t Value: " << value;
       MCComponentDisplay::DisplayText(1, text.str());
     }
