@@ -51,7 +51,7 @@ MCDesignColumns::MCDesignColumns(const std::vector<MCRegrParameter>& parameters,
 
 bool MCDesignColumns::IsPlainCopy(std::size_t column) const {
   const MCColumnTerm* const term = Begin(column);
-  return End(column) == term + 1 && term->fPosition >= 0 && term->fPower == 1;
+  return End(column) - term == 1 && term->fPosition >= 0 && term->fPower == 1;
 }
 
 }  // namespace detail
