@@ -6,6 +6,7 @@
 // with ill-conditioned columns.
 #include "mcmath/mcbitset.h"
 #include "support/libraryfit.h"
+#include "support/numbers.h"
 
 #include <gtest/gtest.h>
 
@@ -52,7 +53,7 @@ std::vector<std::vector<double>> ReadRows(const std::string& name) {
     std::istringstream cells(line);
     std::string cell;
     rows.emplace_back();
-    while (std::getline(cells, cell, ',')) rows.back().push_back(std::stod(cell));
+    while (std::getline(cells, cell, ',')) rows.back().push_back(mctest::ToNumber(cell));
   }
   return rows;
 }
@@ -70,7 +71,7 @@ std::map<std::string, double> ReadCertified(const std::string& name) {
     std::getline(cells, set, ',');
     std::getline(cells, quantity, ',');
     std::getline(cells, value, ',');
-    if (set == name) values[quantity] = std::stod(value);
+    if (set == name) values[quantity] = mctest::ToNumber(value);
   }
   return values;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/accuracytable.h"
 
+#include "support/numbers.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -44,9 +46,9 @@ std::vector<ReferenceRow> ReadReference(const std::string& path) {
     ReferenceRow& row = rows.emplace_back();
     row.fRegion = cells.front();
     for (std::size_t i = 1; i + 1 < cells.size(); ++i) {
-      row.fArguments.push_back(std::strtod(cells[i].c_str(), nullptr));
+      row.fArguments.push_back(ToNumber(cells[i]));
     }
-    row.fValue = std::strtold(cells.back().c_str(), nullptr);
+    row.fValue = ToNumber<long double>(cells.back());
   }
   return rows;
 }
@@ -74,7 +76,7 @@ void AccuracyTable::Add(const std::string& function, const std::string& region, 
 std::map<AccuracyTable::Place, double> AccuracyTable::ReadBounds(const std::string& path) {
   std::map<Place, double> bounds;
   for (const auto& cells : ReadCells(path)) {
-    bounds[{cells.at(0), cells.at(1)}] = std::strtod(cells.at(2).c_str(), nullptr);
+    bounds[{cells.at(0), cells.at(1)}] = ToNumber(cells.at(2));
   }
   return bounds;
 }
