@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/accuracytable.h"
 
-#include "support/numbers.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -46,9 +44,9 @@ std::vector<ReferenceRow> ReadReference(const std::string& path) {
     ReferenceRow& row = rows.emplace_back();
     row.fRegion = cells.front();
     for (std::size_t i = 1; i + 1 < cells.size(); ++i) {
-      row.fArguments.push_back(ToNumber(cells[i]));
+      row.fArguments.push_back(std::strtod(cells[i].c_str(), nullptr));
     }
-    row.fValue = ToNumber<long double>(cells.back());
+    row.fValue = std::strtold(cells.back().c_str(), nullptr);
   }
   return rows;
 }
@@ -76,7 +74,7 @@ void AccuracyTable::Add(const std::string& function, const std::string& region, 
 std::map<AccuracyTable::Place, double> AccuracyTable::ReadBounds(const std::string& path) {
   std::map<Place, double> bounds;
   for (const auto& cells : ReadCells(path)) {
-    bounds[{cells.at(0), cells.at(1)}] = ToNumber(cells.at(2));
+    bounds[{cells.at(0), cells.at(1)}] = std::strtod(cells.at(2).c_str(), nullptr);
   }
   return bounds;
 }
