@@ -15,6 +15,7 @@ namespace {
 
 constexpr char kSource[] = "mcxml/mbtoutf8_unix";
 
+// The interface defines it so. NOLINTNEXTLINE(performance-no-int-to-ptr)
 const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
 
 /// A conversion to UTF-8, closed at its end.
