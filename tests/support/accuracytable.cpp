@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <limits>
+#include <locale.h>
 #include <sstream>
 #include <stdexcept>
 
@@ -29,6 +30,23 @@ std::vector<std::vector<std::string>> ReadCells(const std::string& path) {
   return lines;
 }
 
+// While it lives, this thread reads and prints numbers with a point whatever the locale of the
+// program. Values beyond doubles read as infinite or zero, which std::from_chars refuses.
+class PointAsDecimal {
+public:
+  PointAsDecimal() : fLocale(newlocale(LC_ALL_MASK, "C", nullptr)), fBefore(uselocale(fLocale)) {}
+  ~PointAsDecimal() {
+    uselocale(fBefore);
+    freelocale(fLocale);
+  }
+  PointAsDecimal(const PointAsDecimal&) = delete;
+  PointAsDecimal& operator=(const PointAsDecimal&) = delete;
+
+private:
+  locale_t fLocale;
+  locale_t fBefore;
+};
+
 template <class... Args>
 std::string Format(const char* format, Args... args) {
   char text[192];
@@ -39,6 +57,7 @@ std::string Format(const char* format, Args... args) {
 }  // namespace
 
 std::vector<ReferenceRow> ReadReference(const std::string& path) {
+  const PointAsDecimal point;
   std::vector<ReferenceRow> rows;
   for (const auto& cells : ReadCells(path)) {
     ReferenceRow& row = rows.emplace_back();
@@ -72,6 +91,7 @@ void AccuracyTable::Add(const std::string& function, const std::string& region, 
 }
 
 std::map<AccuracyTable::Place, double> AccuracyTable::ReadBounds(const std::string& path) {
+  const PointAsDecimal point;
   std::map<Place, double> bounds;
   for (const auto& cells : ReadCells(path)) {
     bounds[{cells.at(0), cells.at(1)}] = std::strtod(cells.at(2).c_str(), nullptr);
@@ -85,6 +105,7 @@ bool AccuracyTable::HasFunction(const std::string& function) const {
 }
 
 std::string AccuracyTable::Text(const std::string& path) const {
+  const PointAsDecimal point;
   const std::map<Place, double> bounds = ReadBounds(path);
   std::string text = Format("%-12s %-24s %6s %8s %8s %8s\n", "function", "region", "values",
                             "mean ulp", "largest", "bound");
@@ -98,6 +119,7 @@ std::string AccuracyTable::Text(const std::string& path) const {
 }
 
 std::string AccuracyTable::Complaints(const std::string& path) const {
+  const PointAsDecimal point;
   std::string text;
   const std::map<Place, double> bounds = ReadBounds(path);
   for (const auto& [place, errors] : fErrors) {
