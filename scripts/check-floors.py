@@ -62,7 +62,7 @@ def used_edges(source, floors, complaints):
 
 def is_umbrella(name):
     parts = name.split("/")
-    return len(parts) == 2 and parts[1] == parts[0] + ".h"
+    return len(parts) > 1 and parts[-1] == parts[-2] + ".h"
 
 
 def main(root):

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mccatnumencoder.h"
 
+#include "mcxml/detail/objectxml.h"
 #include "mcxml/xmltext.h"
-#include "metadata/detail/objectxml.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
@@ -89,7 +89,7 @@ bool MCCatNumEncoder::GetMissingInterval(double& low, double& high) const {
 }
 
 int MCCatNumEncoder::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.WriteList(fValues);
   writer.WriteList(fLabels);
   fMissing.Write(writer);
@@ -97,13 +97,15 @@ int MCCatNumEncoder::WriteObjectXML(std::ostream& out, int nTabs) const {
 }
 
 int MCCatNumEncoder::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    *this = MCCatNumEncoder(0);
-    const int nValues = reader.ReadCount();
-    for (int i = 0; i < nValues; ++i) Encode(reader.Read<double>());
-    reader.ReadList(fLabels);
-    fMissing.Read(reader);
-  });
+  return MCCommonXML::detail::ReadObject(in, kName,
+                                         [this](MCCommonXML::detail::ObjectReader& reader) {
+                                           *this = MCCatNumEncoder(0);
+                                           const int nValues = reader.ReadCount();
+                                           for (int i = 0; i < nValues; ++i)
+                                             Encode(reader.Read<double>());
+                                           reader.ReadList(fLabels);
+                                           fMissing.Read(reader);
+                                         });
 }
 
 void MCCatNumEncoder::Display() const {

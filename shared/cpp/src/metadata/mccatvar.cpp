@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mccatvar.h"
 
-#include "metadata/detail/objectxml.h"
+#include "mcxml/detail/objectxml.h"
 #include "metadata/enumdisplay.h"
 #include "metadata/mccatnumencoder.h"
 #include "metadata/mcstringencoder.h"
@@ -20,7 +20,7 @@ std::unique_ptr<IMCEncoder> MakeEncoder(bool isNumeric, int capacity) {
   return std::make_unique<MCStringEncoder>(capacity);
 }
 
-std::unique_ptr<IMCEncoder> ReadEncoder(detail::ObjectReader& reader) {
+std::unique_ptr<IMCEncoder> ReadEncoder(MCCommonXML::detail::ObjectReader& reader) {
   const auto type = reader.ReadEnumeration<EncoderType>();
   if (type != MC_ENC_CAT_NUM && type != MC_ENC_STRING) reader.Fail();
   std::unique_ptr<IMCEncoder> encoder = MakeEncoder(type == MC_ENC_CAT_NUM, 2);
@@ -72,7 +72,7 @@ int MCCatVar::ChangeEncoder(IMCEncoder* encoder) {
 }
 
 int MCCatVar::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(Name());
   writer.Write(fLabel);
   writer.Write(static_cast<int>(fRole));
@@ -88,19 +88,20 @@ int MCCatVar::WriteObjectXML(std::ostream& out, int nTabs) const {
 }
 
 int MCCatVar::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    fEncoder.reset();
-    fName = reader.Read<std::string>();
-    fLabel = reader.Read<std::string>();
-    fRole = reader.ReadEnumeration<VariableRole>();
-    fStorage = reader.ReadEnumeration<VariableStorage>();
-    fNCategories = reader.Read<int>();
-    fLevel = reader.ReadEnumeration<MeasureLevel>();
-    fbOrdinal = reader.Read<bool>();
-    fbHasReplacement = reader.Read<bool>();
-    fReplacement = fbHasReplacement ? reader.Read<std::string>() : "";
-    fEncoder = ReadEncoder(reader);
-  });
+  return MCCommonXML::detail::ReadObject(
+      in, kName, [this](MCCommonXML::detail::ObjectReader& reader) {
+        fEncoder.reset();
+        fName = reader.Read<std::string>();
+        fLabel = reader.Read<std::string>();
+        fRole = reader.ReadEnumeration<VariableRole>();
+        fStorage = reader.ReadEnumeration<VariableStorage>();
+        fNCategories = reader.Read<int>();
+        fLevel = reader.ReadEnumeration<MeasureLevel>();
+        fbOrdinal = reader.Read<bool>();
+        fbHasReplacement = reader.Read<bool>();
+        fReplacement = fbHasReplacement ? reader.Read<std::string>() : "";
+        fEncoder = ReadEncoder(reader);
+      });
 }
 
 void MCCatVar::Display() const {

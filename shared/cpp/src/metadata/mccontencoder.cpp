@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mccontencoder.h"
 
-#include "metadata/detail/objectxml.h"
+#include "mcxml/detail/objectxml.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <utility>
@@ -45,18 +45,19 @@ double MCContEncoder::EncodeConst(double value) const {
 }
 
 int MCContEncoder::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(fNBins);
   fMissing.Write(writer);
   return writer.Finish();
 }
 
 int MCContEncoder::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    *this = MCContEncoder();
-    fNBins = reader.Read<int>();
-    fMissing.Read(reader);
-  });
+  return MCCommonXML::detail::ReadObject(in, kName,
+                                         [this](MCCommonXML::detail::ObjectReader& reader) {
+                                           *this = MCContEncoder();
+                                           fNBins = reader.Read<int>();
+                                           fMissing.Read(reader);
+                                         });
 }
 
 void MCContEncoder::Display() const {

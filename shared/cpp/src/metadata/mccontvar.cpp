@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mccontvar.h"
 
-#include "metadata/detail/objectxml.h"
+#include "mcxml/detail/objectxml.h"
 #include "metadata/enumdisplay.h"
 #include "regression/frame/mccomponentdisplay.h"
 
@@ -16,7 +16,7 @@ constexpr char kName[] = "MCContVar";
 constexpr double kLowest = std::numeric_limits<double>::lowest();
 constexpr double kLargest = std::numeric_limits<double>::max();
 
-std::unique_ptr<MCContEncoder> ReadEncoder(detail::ObjectReader& reader) {
+std::unique_ptr<MCContEncoder> ReadEncoder(MCCommonXML::detail::ObjectReader& reader) {
   const auto type = reader.ReadEnumeration<EncoderType>();
   if (type == MC_ENC_UNKNOWN) return nullptr;
   if (type != MC_ENC_BINNING) {
@@ -93,7 +93,7 @@ VarStatus MCContVar::GetVarStatus() {
 }
 
 int MCContVar::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(Name());
   writer.Write(fLabel);
   writer.Write(fNBins);
@@ -110,20 +110,21 @@ int MCContVar::WriteObjectXML(std::ostream& out, int nTabs) const {
 }
 
 int MCContVar::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    fEncoder.reset();
-    fName = reader.Read<std::string>();
-    fLabel = reader.Read<std::string>();
-    fNBins = reader.Read<int>();
-    fMin = reader.Read<double>();
-    fMax = reader.Read<double>();
-    fMean = reader.Read<double>();
-    fStdDev = reader.Read<double>();
-    fStorage = reader.ReadEnumeration<VariableStorage>();
-    fbHasReplacement = reader.Read<bool>();
-    fReplacement = fbHasReplacement ? reader.Read<std::string>() : "";
-    fEncoder = ReadEncoder(reader);
-  });
+  return MCCommonXML::detail::ReadObject(
+      in, kName, [this](MCCommonXML::detail::ObjectReader& reader) {
+        fEncoder.reset();
+        fName = reader.Read<std::string>();
+        fLabel = reader.Read<std::string>();
+        fNBins = reader.Read<int>();
+        fMin = reader.Read<double>();
+        fMax = reader.Read<double>();
+        fMean = reader.Read<double>();
+        fStdDev = reader.Read<double>();
+        fStorage = reader.ReadEnumeration<VariableStorage>();
+        fbHasReplacement = reader.Read<bool>();
+        fReplacement = fbHasReplacement ? reader.Read<std::string>() : "";
+        fEncoder = ReadEncoder(reader);
+      });
 }
 
 void MCContVar::Display() const {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mcmissingvalues.h"
 
+#include "mcxml/detail/objectxml.h"
 #include "mcxml/xmltext.h"
 #include "metadata/detail/appendboth.h"
-#include "metadata/detail/objectxml.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
@@ -45,7 +45,7 @@ bool MCMissingValues::GetInterval(double& low, double& high) const {
   return fbHasInterval;
 }
 
-void MCMissingValues::Write(detail::ObjectWriter& writer) const {
+void MCMissingValues::Write(MCCommonXML::detail::ObjectWriter& writer) const {
   writer.Write(fbHasInterval);
   if (fbHasInterval) {
     writer.Write(fLow);
@@ -55,7 +55,7 @@ void MCMissingValues::Write(detail::ObjectWriter& writer) const {
   writer.WriteValues(fLabels);
 }
 
-void MCMissingValues::Read(detail::ObjectReader& reader) {
+void MCMissingValues::Read(MCCommonXML::detail::ObjectReader& reader) {
   Clear();
   MCMissingValues read;
   read.fbHasInterval = reader.Read<bool>();

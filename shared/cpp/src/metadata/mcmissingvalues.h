@@ -7,12 +7,14 @@
 #include <string>
 #include <vector>
 
-namespace MCCommonMetadata {
-
+namespace MCCommonXML {
 namespace detail {
 class ObjectReader;
 class ObjectWriter;
 }  // namespace detail
+}  // namespace MCCommonXML
+
+namespace MCCommonMetadata {
 
 /// The numbers that a user declared as missing: single ones, each with a label, and one interval.
 class MC_EXPORT MCMissingValues {
@@ -39,8 +41,8 @@ public:
   const std::vector<std::string>& GetLabels() const { return fLabels; }
 
   void Clear() { *this = MCMissingValues(); }
-  void Write(detail::ObjectWriter& writer) const;
-  void Read(detail::ObjectReader& reader);
+  void Write(MCCommonXML::detail::ObjectWriter& writer) const;
+  void Read(MCCommonXML::detail::ObjectReader& reader);
   void Display() const;
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mcroundencoder.h"
 
-#include "metadata/detail/objectxml.h"
+#include "mcxml/detail/objectxml.h"
 #include "metadata/enumdisplay.h"
 
 #include <cmath>
@@ -31,18 +31,19 @@ double MCRoundEncoder::EncodeConst(double value) const {
 }
 
 int MCRoundEncoder::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(static_cast<int>(fOption));
   fMissing.Write(writer);
   return writer.Finish();
 }
 
 int MCRoundEncoder::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    *this = MCRoundEncoder();
-    fOption = reader.ReadEnumeration<WRoundingOption>();
-    fMissing.Read(reader);
-  });
+  return MCCommonXML::detail::ReadObject(in, kName,
+                                         [this](MCCommonXML::detail::ObjectReader& reader) {
+                                           *this = MCRoundEncoder();
+                                           fOption = reader.ReadEnumeration<WRoundingOption>();
+                                           fMissing.Read(reader);
+                                         });
 }
 
 void MCRoundEncoder::Display() const {

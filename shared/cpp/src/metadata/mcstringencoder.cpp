@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mcstringencoder.h"
 
+#include "mcxml/detail/objectxml.h"
 #include "metadata/detail/appendboth.h"
-#include "metadata/detail/objectxml.h"
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
@@ -96,7 +96,7 @@ bool MCStringEncoder::GetMissingInterval(double& low, double& high) const {
 }
 
 int MCStringEncoder::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(fLastCode + 1);
   for (int code = 0; code <= fLastCode; ++code) writer.Write(Decode(code));
   writer.WriteList(fLabels);
@@ -106,24 +106,25 @@ int MCStringEncoder::WriteObjectXML(std::ostream& out, int nTabs) const {
 }
 
 int MCStringEncoder::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    *this = MCStringEncoder(0);
-    const int nValues = reader.ReadCount();
-    for (int i = 0; i < nValues; ++i) {
-      const std::string value = reader.Read<std::string>();
-      fLinks.push_back(nullptr);
-      fLastCode = i;
-      const auto [entry, isNew] = fCodes.try_emplace(value, i);
-      if (isNew) fLinks.back() = &entry->first;
-    }
-    reader.ReadList(fLabels);
-    std::vector<std::string> missing;
-    reader.ReadList(missing);
-    std::vector<std::string> labels;
-    reader.ReadValues(static_cast<int>(missing.size()), labels);
-    fDiscreteMiss.swap(missing);
-    fMissLabels.swap(labels);
-  });
+  return MCCommonXML::detail::ReadObject(
+      in, kName, [this](MCCommonXML::detail::ObjectReader& reader) {
+        *this = MCStringEncoder(0);
+        const int nValues = reader.ReadCount();
+        for (int i = 0; i < nValues; ++i) {
+          const std::string value = reader.Read<std::string>();
+          fLinks.push_back(nullptr);
+          fLastCode = i;
+          const auto [entry, isNew] = fCodes.try_emplace(value, i);
+          if (isNew) fLinks.back() = &entry->first;
+        }
+        reader.ReadList(fLabels);
+        std::vector<std::string> missing;
+        reader.ReadList(missing);
+        std::vector<std::string> labels;
+        reader.ReadValues(static_cast<int>(missing.size()), labels);
+        fDiscreteMiss.swap(missing);
+        fMissLabels.swap(labels);
+      });
 }
 
 void MCStringEncoder::Display() const {

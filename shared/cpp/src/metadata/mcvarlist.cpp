@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mcvarlist.h"
 
-#include "metadata/detail/objectxml.h"
+#include "mcxml/detail/objectxml.h"
 #include "regression/frame/detail/mcnumericcast.h"
 #include "regression/frame/mccomponentdisplay.h"
 
@@ -31,7 +31,7 @@ std::unique_ptr<MCVariable> MakeVariable(MeasureLevel level) {
     case MC_LEVEL_WEIGHT:
       return std::make_unique<MCWeightVar>("", "", MC_ROUND_AS_IS);
     default:
-      detail::ObjectReader::Fail();
+      MCCommonXML::detail::ObjectReader::Fail();
   }
 }
 
@@ -308,7 +308,7 @@ int MCVarList::UpdateNumbersOfCategories() {
 }
 
 int MCVarList::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(Size());
   for (const auto& variable : fVars) {
     writer.Write(static_cast<int>(variable->GetMeasureLevel()));
@@ -320,18 +320,20 @@ int MCVarList::WriteObjectXML(std::ostream& out, int nTabs) const {
 
 int MCVarList::ReadObjectXML(std::ifstream& in) {
   try {
-    return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-      Clear();
-      const int nVars = reader.ReadCount();
-      for (int i = 0; i < nVars; ++i) {
-        const auto level = reader.ReadEnumeration<MeasureLevel>();
-        std::unique_ptr<MCVariable> variable = MakeVariable(level);
-        reader.ReadObject(*variable);
-        const int place = Append(std::move(variable));
-        if (level == MC_LEVEL_WEIGHT) fWeight = place;
-      }
-      for (int* value : {&fNCont, &fNCat, &fTarget, &fTargetResponse}) *value = reader.Read<int>();
-    });
+    return MCCommonXML::detail::ReadObject(
+        in, kName, [this](MCCommonXML::detail::ObjectReader& reader) {
+          Clear();
+          const int nVars = reader.ReadCount();
+          for (int i = 0; i < nVars; ++i) {
+            const auto level = reader.ReadEnumeration<MeasureLevel>();
+            std::unique_ptr<MCVariable> variable = MakeVariable(level);
+            reader.ReadObject(*variable);
+            const int place = Append(std::move(variable));
+            if (level == MC_LEVEL_WEIGHT) fWeight = place;
+          }
+          for (int* value : {&fNCont, &fNCat, &fTarget, &fTargetResponse})
+            *value = reader.Read<int>();
+        });
   } catch (...) {
     Clear();
     throw;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "metadata/mcweightvar.h"
 
-#include "metadata/detail/objectxml.h"
+#include "mcxml/detail/objectxml.h"
 #include "metadata/enumdisplay.h"
 #include "regression/frame/mccomponentdisplay.h"
 
@@ -25,7 +25,7 @@ MCWeightVar& MCWeightVar::operator=(MCWeightVar other) {
 }
 
 int MCWeightVar::WriteObjectXML(std::ostream& out, int nTabs) const {
-  detail::ObjectWriter writer(out, kName, nTabs);
+  MCCommonXML::detail::ObjectWriter writer(out, kName, nTabs);
   writer.Write(Name());
   writer.Write(fLabel);
   writer.Write(static_cast<int>(fStorage));
@@ -34,13 +34,14 @@ int MCWeightVar::WriteObjectXML(std::ostream& out, int nTabs) const {
 }
 
 int MCWeightVar::ReadObjectXML(std::ifstream& in) {
-  return detail::ReadObject(in, kName, [this](detail::ObjectReader& reader) {
-    fEncoder = MCRoundEncoder();
-    fName = reader.Read<std::string>();
-    fLabel = reader.Read<std::string>();
-    fStorage = reader.ReadEnumeration<VariableStorage>();
-    reader.ReadObject(fEncoder);
-  });
+  return MCCommonXML::detail::ReadObject(in, kName,
+                                         [this](MCCommonXML::detail::ObjectReader& reader) {
+                                           fEncoder = MCRoundEncoder();
+                                           fName = reader.Read<std::string>();
+                                           fLabel = reader.Read<std::string>();
+                                           fStorage = reader.ReadEnumeration<VariableStorage>();
+                                           reader.ReadObject(fEncoder);
+                                         });
 }
 
 void MCWeightVar::Display() const {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace MCCommonMetadata {
+namespace MCCommonXML {
 namespace detail {
 
 /// Writes one object of the save format and counts its lines, those of objects inside it included.
@@ -52,7 +52,7 @@ public:
 
 private:
   std::ostream* fOut;
-  MCCommonXML::XMLObj fObject;
+  XMLObj fObject;
   int fNLines = 1;
 };
 
@@ -63,13 +63,13 @@ class ObjectReader {
 public:
   explicit ObjectReader(std::ifstream& in) : fIn(&in) {}
 
-  void Start(const char* name) { Take(MCCommonXML::ParseStartObj(*fIn, name)); }
-  void End() { Take(MCCommonXML::ParseEndObj(*fIn)); }
+  void Start(const char* name) { Take(ParseStartObj(*fIn, name)); }
+  void End() { Take(ParseEndObj(*fIn)); }
 
   template <class Value>
   Value Read() {
     Value value = Value();
-    Take(MCCommonXML::ParseValue(*fIn, value));
+    Take(ParseValue(*fIn, value));
     return value;
   }
 
@@ -101,7 +101,9 @@ public:
     fNLines += object.ReadObjectXML(*fIn);
   }
 
-  [[noreturn]] static void Fail() { throw IOException("the save file doesn't hold this object"); }
+  [[noreturn]] static void Fail() {
+    throw MCCommonMetadata::IOException("the save file doesn't hold this object");
+  }
 
   int GetNLines() const { return fNLines; }
 
@@ -125,7 +127,7 @@ int ReadObject(std::ifstream& in, const char* name, ReadContents readContents) {
     reader.Start(name);
     readContents(reader);
     reader.End();
-  } catch (const IOException&) {
+  } catch (const MCCommonMetadata::IOException&) {
     std::cerr << "Failure reading " << name << "!\n";
     throw;
   }
@@ -133,4 +135,4 @@ int ReadObject(std::ifstream& in, const char* name, ReadContents readContents) {
 }
 
 }  // namespace detail
-}  // namespace MCCommonMetadata
+}  // namespace MCCommonXML
