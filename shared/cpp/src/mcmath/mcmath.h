@@ -5,6 +5,7 @@
 
 #include "mcmath/mcbitset.h"
 #include "mcmath/mccontstats.h"
+#include "mcmath/mceigenvalues.h"
 #include "mcmath/mcextremenum.h"
 #include "mcmath/mchashkey.h"
 #include "mcmath/mchashpair.h"

@@ -181,6 +181,86 @@ public:
   bool ComputeProductMatrixTrans(const MCRectMatrix& B, MCRectMatrix& out) const;
   ///@}
 
+  /// @name Dependent rows and columns
+  /// The tests work on cross-products, so on squared norms, and take tolerances relative to the
+  /// norm of the row or column concerned. What depends on rows or columns before it is redundant.
+  /// An invalid matrix is refused, and so is a matrix of more than 65,535 rows or columns to test
+  /// or one whose cross-products can't be allocated.
+  ///@{
+
+  /// `out` becomes the listed rows or columns in this order; numbers may repeat. False, with `out`
+  /// unchanged, for one out of range.
+  bool ExtractRows(const std::vector<int>& indices, MCRectMatrix& out) const;
+  bool ExtractColumns(const std::vector<int>& indices, MCRectMatrix& out) const;
+
+  /// Number of redundant rows (`byRows`) or columns: those whose part apart from the ones before
+  /// has a norm not above tol times their own, so that tol = 0 finds zeros still. Their bits in
+  /// `nonRedundant` are clear and those of the others set; it gets one bit for each row or column,
+  /// but keeps a larger size, with the further bits clear. -1, with nothing changed, for tol < 0; a
+  /// NaN finds all redundant. Numerical method: MCSymMatrix::LTChol of the cross-products.
+  int FindRedundancies(double tol, MCBitSet& nonRedundant, bool byRows) const;
+
+  /// Sets `indices` to the rows or columns, in ascending order, that aren't redundant by the same
+  /// test, and answers their number. -1, with nothing changed, for tol < 0.
+  int FindNonRedunIndices(double tol, std::vector<int>& indices, bool byRows) const;
+
+  /// The same, with these rows or columns copied to `result`, which may be this matrix. -1 also,
+  /// with `result` invalid, where that can't be allocated.
+  int ExtractFullRank(double tol, MCRectMatrix& result, std::vector<int>& indices,
+                      bool byRows) const;
+
+  /// Replaces the columns of this matrix by their residuals after projection on the columns of Z,
+  /// which may be this matrix. `zKept` gets one bit for each column of Z, set where it isn't
+  /// redundant: columns are swept in order, and refused when what is left of their squared norm
+  /// isn't above `tol` times it. `resultKept` gets one for each column of this matrix, set where
+  /// the squared norm of the residual is above `tol` times that of the column: tol isn't squared.
+  /// False, with nothing changed, unless this matrix and Z have as many rows, both have rows and
+  /// columns, and tol > 0.
+  bool ResidOfOrthProjection(const MCRectMatrix& Z, double tol, MCBitSet& zKept,
+                             MCBitSet& resultKept);
+
+  /// Of the columns of `added`, the number of redundant ones when they are appended to this matrix:
+  /// those of a norm not above `zeroTol`, and those whose part apart from the columns of this
+  /// matrix and from the columns of `added` before them has a norm not above `tol` times their own.
+  /// `nonRedundant` gets one bit for each column of `added`, set for the others. So rows of an
+  /// estimable function, kept as columns, are tested against those that are there already. -1, with
+  /// nothing changed, unless `added` has as many rows as this matrix and both tolerances are at
+  /// least 0. `added` may be this matrix. Numerical method: MCSymMatrix::LTChol of the joint
+  /// cross-products.
+  int CheckAddColRedundancies(const MCRectMatrix& added, double zeroTol, double tol,
+                              MCBitSet& nonRedundant) const;
+
+  /// Whether all linear functions of parameters whose coefficients are the rows of this matrix are
+  /// estimable. `L` generates those that are: it has one row for each parameter, and in order one
+  /// column for each set bit k of `mask`, with the coefficients of the function that the parameter
+  /// k estimates, such as the columns of MCSymMatrix::ExtractH. A row r is estimable when L times
+  /// its entries at the set bits gives r again, up to a difference of norm `tol` times that of r.
+  /// A row of zeros passes, as does one of NaN or infinite norm, of which nothing can be said. Bits
+  /// at or past the columns of this matrix don't count. False also unless this matrix has rows and
+  /// columns, tol > 0, mask has a bit for each of the columns, and L a row for each of them and a
+  /// column for each set bit.
+  bool IsEstimable(const MCRectMatrix& L, const MCBitSet& mask, double tol) const;
+  ///@}
+
+  /// @name Linear equations
+  /// `x` is sized to the number of unknowns and may be `b`.
+  ///@{
+
+  /// Solves this x = b for a square matrix, by Linpack::Dgeco and Linpack::Dgesl. False, with x
+  /// untouched, unless the reciprocal condition that the former estimates, in the 1-norm, is above
+  /// `tol`; and unless the matrix is square with at least one row, b has an entry for each, and
+  /// tol >= 0. O(n^3 / 3).
+  bool SolveLinearSquare(const std::vector<double>& b, std::vector<double>& x, double tol) const;
+
+  /// Solves this x = b in the sense of least squares. A square matrix is handed to
+  /// SolveLinearSquare(b, x, solveTol) first, and 0 is the answer if that succeeds. Else the normal
+  /// equations are solved by MCSymMatrix::LTSolve with `tol`, and the answer is the number of
+  /// redundant columns, whose x is 0. -1, with x untouched, unless there are rows and columns, b
+  /// has an entry for each row and tol > 0; a NaN tol is refused by the normal equations alone.
+  int EstimateLinearGI(const std::vector<double>& b, std::vector<double>& x, double tol,
+                       double solveTol) const;
+  ///@}
+
   /// Shows shape and elements on the diagnostic stream, to 6 digits and to 17.
   void Display() const;
   void DisplayF() const;

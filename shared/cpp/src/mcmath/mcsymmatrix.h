@@ -455,6 +455,20 @@ public:
   /// entries; false also, with x all 0, if all rows are redundant. The matrix stays. x may be b.
   bool SolveIndefiniteGI(double tol, const std::vector<double>& b, std::vector<double>& x);
 
+  /// Solves S x = b for a matrix that need not be definite, on rows that aren't redundant: those
+  /// that CholIndNonRed(n, 2 * tol) finds in S'S. Their submatrix is factored and solved by
+  /// Linpack::Dspco and Linpack::Dspsl, and the other rows have x[i] = 0. As S'S has the square of
+  /// the condition of S, rows are lost from a condition of about 1e8 on at any tol; with tol = 0
+  /// rounding decides about dependent rows. False, with x untouched, unless n > 0, tol >= 0, b has
+  /// n entries, a row is kept, and the reciprocal condition that is estimated for the submatrix is
+  /// above 0. The matrix stays. x, sized to n, may be b.
+  bool SolveIndefinite(double tol, const std::vector<double>& b, std::vector<double>& x) const;
+
+  /// The same on the rows whose bits are set in `keep`, untested. False also if keep has fewer than
+  /// n bits; bits beyond don't count.
+  bool SolveIndefinite(const MCBitSet& keep, const std::vector<double>& b,
+                       std::vector<double>& x) const;
+
   /// @}
   /// \name Estimable functions and parameter covariances
   /// @{
