@@ -16,11 +16,19 @@
 
 namespace {
 
-void MakePipe(int& reader, int& writer) {
+void MakePipe(int& reader, int& writer, int flags = 0) {
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  if (pipe2(ends, O_CLOEXEC | flags) != 0) throw std::runtime_error("no pipe");
   reader = ends[0];
   writer = ends[1];
+}
+
+// A pipe of packets has room for one packet in each of its pages, and this one has one page.
+void MakePipeOfOnePiece(int& reader, int& writer) {
+  MakePipe(reader, writer, O_DIRECT);
+  if (fcntl(writer, F_SETPIPE_SZ, 1) != sysconf(_SC_PAGESIZE)) {
+    throw std::runtime_error("no pipe of one page");
+  }
 }
 
 void MakeTerminal(int& reader, int& writer) {
@@ -36,7 +44,8 @@ void Close(int& descriptor) {
   descriptor = -1;
 }
 
-// Appends what comes next; false at the end. A terminal whose other side is closed fails to read.
+// Appends what comes next, of a pipe of packets one of them; false at the end. A terminal whose
+// other side is closed fails to read.
 bool ReadSome(int descriptor, std::string& text) {
   char buffer[4096];
   ssize_t got = -1;
@@ -45,6 +54,13 @@ bool ReadSome(int descriptor, std::string& text) {
   } while (got < 0 && errno == EINTR);
   if (got <= 0) return false;
   text.append(buffer, static_cast<std::size_t>(got));
+  return true;
+}
+
+bool ReadUntil(int descriptor, std::string& text, const std::string& wanted) {
+  while (text.find(wanted) == std::string::npos) {
+    if (!ReadSome(descriptor, text)) return false;
+  }
   return true;
 }
 
@@ -62,7 +78,11 @@ void WriteAll(int descriptor, const std::string& text) {
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const Options& options) {
   std::signal(SIGPIPE, SIG_IGN);
   MakePipe(fChildEnds[0], fInput);
-  MakePipe(fOut, fChildEnds[1]);
+  if (options.outInPieces) {
+    MakePipeOfOnePiece(fOut, fChildEnds[1]);
+  } else {
+    MakePipe(fOut, fChildEnds[1]);
+  }
   if (options.errOnTerminal) {
     MakeTerminal(fErr, fChildEnds[2]);
   } else {
@@ -109,10 +129,11 @@ ChildProcess::~ChildProcess() {
 }
 
 bool ChildProcess::WaitForError(const std::string& text) {
-  while (fResult.err.find(text) == std::string::npos) {
-    if (!ReadSome(fErr, fResult.err)) return false;
-  }
-  return true;
+  return ReadUntil(fErr, fResult.err, text);
+}
+
+bool ChildProcess::WaitForOutput(const std::string& text) {
+  return ReadUntil(fOut, fResult.out, text);
 }
 
 bool ChildProcess::HasErrorWithin(int milliseconds) const {

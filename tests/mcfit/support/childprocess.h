@@ -23,6 +23,7 @@ public:
     std::size_t memoryLimit = 0;  ///< bytes of address space, 0 for no limit
     std::string temporaryFolder;  ///< TMPDIR, if not empty
     std::string outPath;          ///< the standard output goes there, if not empty
+    bool outInPieces = false;  ///< holds the program at each piece of output, see WaitForOutput()
   };
 
   ChildProcess(const std::vector<std::string>& arguments, const Options& options);
@@ -32,6 +33,11 @@ public:
 
   /// Reads the standard error until it has the text. False if the program ends before.
   bool WaitForError(const std::string& text);
+
+  /// Reads the standard output until it has the text. False if the program ends before. With
+  /// `outInPieces` the pipe takes one piece, which is what the program writes at once: behind the
+  /// piece that has the text it gets no further than to the end of the one after the next.
+  bool WaitForOutput(const std::string& text);
 
   /// Whether the program writes to the standard error within this time.
   bool HasErrorWithin(int milliseconds) const;
