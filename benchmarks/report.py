@@ -35,6 +35,9 @@ GROUPS = [
     ("Encoding strings, n categories, a value", "EncodeStrings", ["EncodeStringsPeerHash"], {}),
     ("Reading a saved list, a category", "ReadList", [], {}),
     ("AddContVar, a variable", "AddVariables", [], {}),
+    ("Exporting and writing a dictionary of 10,000 variables", "WriteDictionary", [], {}),
+    ("Writing a string array of 1,000,000 numbers", "WriteNumbers", [], {}),
+    ("Exporting and writing it", "ExportAndWriteNumbers", [], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
@@ -59,7 +62,9 @@ PEER_NAMES = {
     "CholeskyPeerEigen": "Eigen LLT", "CholeskyPlainLoop": "plain loop",
     "LookupUnorderedMap": "std::unordered_map", "LookupMap": "std::map",
     "EncodeNumbersPeerHash": "std::unordered_map", "EncodeStringsPeerHash": "std::unordered_map",
-    "RowPlainCounts": "counts in arrays", "MultinomialPlainLoop": "plain loop with exp and log of the C library",
+    "RowPlainCounts": "counts in arrays",
+    "MultinomialPlainLoop": "plain loop with exp and log of the C library",
+    "PassOneByOne": "UpdateForRow one by one", "TrialOneByOne": "UpdateForRow one by one",
 }
 
 
@@ -93,13 +98,15 @@ def throughput(entry):
         return "%.1f Gflop/s" % (entry["flop/s"] / 1e9)
     if "items_per_second" in entry:
         return "%.0f M/s" % (entry["items_per_second"] / 1e6)
+    if "bytes_per_second" in entry:
+        return "%.0f MB/s" % (entry["bytes_per_second"] / 1e6)
     return ""
 
 
 def time_text(entry):
     if "items_per_second" in entry:
         return "%.1f ns" % (1e9 / entry["items_per_second"])
-    return "%.4g us" % entry["cpu_time"]
+    return "%.4g %s" % (entry["cpu_time"], entry["time_unit"])
 
 
 def goal_text(goal, ratio):

@@ -87,7 +87,7 @@ class DensePass {
 public:
   explicit DensePass(Sums& sums)
       : fSums(sums),
-        fRows(kChunk * (sums.n + 1)),
+        fRows(kChunk * sums.n),
         fScaled(kChunk * sums.n),
         fEta(sums.m * kChunk) {}
 
