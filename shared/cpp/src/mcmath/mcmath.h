@@ -3,6 +3,8 @@
 // The whole numerics toolkit. For hosts alone: sources of the library include what they use.
 #pragma once
 
+#include "mcmath/blas1.h"
+#include "mcmath/linpack.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mccontstats.h"
 #include "mcmath/mceigenvalues.h"

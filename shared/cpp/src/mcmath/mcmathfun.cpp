@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/mcmathfun.h"
 
+#include "mcmath/detail/euclideannorm.h"
 #include "mcmath/detail/mcdot.h"
 #include "mcmath/detail/mcparametertransform.h"
 #include "mcmath/detail/packedtriangle.h"
@@ -67,20 +68,6 @@ double Sum(int n, Term term) {
   return n < 1 ? 0.0 : detail::SumInLanes(static_cast<std::size_t>(n), term);
 }
 
-// The norm with all elements divided by the power of two that brings the largest to [0.5, 1).
-double ScaledNorm(int n, const Strided& x) {
-  double largest = 0.0;
-  for (std::size_t i = 0; i < Index(n); ++i) largest = std::max(largest, std::fabs(x[i]));
-  if (largest == 0.0 || std::isinf(largest)) return largest;
-  int exponent = 0;
-  std::frexp(largest, &exponent);
-  const double squares = Sum(n, [&x, exponent](std::size_t i) {
-    const double scaled = std::ldexp(x[i], -exponent);
-    return scaled * scaled;
-  });
-  return std::ldexp(std::sqrt(squares), exponent);
-}
-
 template <class T>
 int Search(const std::vector<T>& v, int lo, int hi, T x, bool right) {
   if (lo < 0 || hi < lo || Index(hi) >= v.size()) return -2;
@@ -141,15 +128,9 @@ double MCMathFun::DSum(int n, const std::vector<double>& x, int pos) {
 }
 
 double MCMathFun::DNrm2(int n, const std::vector<double>& x, int pos, int inc) {
-  // Below this sum, squares that underflowed could count.
-  constexpr double kSafe =
-      std::numeric_limits<double>::min() / std::numeric_limits<double>::epsilon();
   const Strided elements(x, pos, inc);
-  const double squares = Sum(n, [&elements](std::size_t i) { return elements[i] * elements[i]; });
-  if (std::isnan(squares) || (squares >= kSafe && std::isfinite(squares))) {
-    return std::sqrt(squares);
-  }
-  return n < 1 ? 0.0 : ScaledNorm(n, elements);
+  return n < 1 ? 0.0
+               : detail::EuclideanNorm(Index(n), [elements](std::size_t i) { return elements[i]; });
 }
 
 void MCMathFun::IIAxpy(int n, double a, const std::vector<double>& x, int xPos, int xInc,
