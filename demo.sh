@@ -36,7 +36,8 @@ make_rows() {
   fi
 }
 
-mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev
+mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev \
+  libxerces-c-dev
 
 echo "== Building (build/$preset)"
 cmake --preset "$preset" >/dev/null

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/setup-debian.sh
 mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev \
-  libxml2-utils locales python3 pkg-config
+  libxerces-c-dev libxml2-utils locales python3 pkg-config
 
 echo "== Building (build/release)"
 # A folder of the published PMML schemas, if there is one: documents are then held against them.

@@ -3,13 +3,18 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS mcstat EXPORT mcstatTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+set(MCSTAT_NOT_INSTALLED detail)
+if(NOT MCSTAT_WITH_XERCES)
+  list(APPEND MCSTAT_NOT_INSTALLED mcparsexml)
+endif()
+list(TRANSFORM MCSTAT_NOT_INSTALLED REPLACE "(.+)" "PATTERN;\\1;EXCLUDE")
 install(
   DIRECTORY shared/cpp/src/
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/mcstat
   FILES_MATCHING
   PATTERN "*.h"
   PATTERN "*.inc"
-  PATTERN "detail" EXCLUDE)
+  ${MCSTAT_NOT_INSTALLED})
 install(
   EXPORT mcstatTargets
   NAMESPACE mcstat::

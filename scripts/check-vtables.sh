@@ -10,7 +10,7 @@ trap 'rm -rf "$scratch"' EXIT
 
 slots() {
   printf '#include "%s"\n' mcmath/mcmath.h mcxml/mcxml.h \
-    metadata/metadata.h regression/regression.h >"$scratch/all.cpp"
+    metadata/metadata.h mcparsexml/mcparsexml.h regression/regression.h >"$scratch/all.cpp"
   c++ -std=c++17 -Ishared/cpp/src -fsyntax-only -fdump-lang-class="$scratch/classes" "$scratch/all.cpp"
   # A slot reads "16    (int (*)(...))Class::Operation"; the class of a block stands in its head.
   awk '/^Vtable for / { class = $3 ~ /^(std|__)/ ? "" : $3; slot = 0; next }

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcparsexml/detail/guarded.h"
+#include "mcparsexml/mccomxprsutil.h"
+#include "mcxml/xmltext.h"
+#include "metadata/detail/pmmlwords.h"
+
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+
+namespace MCComXPrsUtil {
+
+namespace {
+
+using xercesc::DOMDocument;
+using xercesc::DOMElement;
+namespace PMMLWord = MCCommonMetadata::detail::PMMLWord;
+
+}  // namespace
+
+bool SetAttribute(DOMElement& element, const char* name, const char* value) {
+  return detail::IsDone(
+      [&] { element.setAttribute(detail::ToXMLCh(name).c_str(), detail::ToXMLCh(value).c_str()); });
+}
+
+bool SetAttribute(DOMElement& element, const char* name, double value) {
+  return SetAttribute(element, name, MCCommonXML::Format(value, false, nullptr).c_str());
+}
+
+DOMElement* CreateElement(DOMDocument& document, const char* name) {
+  DOMElement* element = nullptr;
+  detail::IsDone([&] { element = document.createElement(detail::ToXMLCh(name).c_str()); });
+  return element;
+}
+
+DOMElement* CreateExtension(DOMDocument& document, const char* name) {
+  DOMElement* element = CreateElement(document, PMMLWord::kExtension);
+  if (element == nullptr) return nullptr;
+  if (SetAttribute(*element, PMMLWord::kExtender, PMMLWord::kVendorDomain) &&
+      SetAttribute(*element, PMMLWord::kName, name)) {
+    return element;
+  }
+  element->release();
+  return nullptr;
+}
+
+bool InsertElement(DOMElement& parent, DOMElement* child, DOMElement* before) {
+  return child != nullptr && detail::IsDone([&] { parent.insertBefore(child, before); });
+}
+
+bool ReplaceElement(DOMElement& parent, DOMElement* newChild, DOMElement* oldChild) {
+  return newChild != nullptr && oldChild != nullptr &&
+         detail::IsDone([&] { parent.replaceChild(newChild, oldChild); });
+}
+
+}  // namespace MCComXPrsUtil

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "mcparsexml/mccomxprsutil.h"
+#include "mcparsexml/mcxinputsource.h"
+#include "mcparsexml/mcxmlreadwrite.h"
+#include "mcparsexml/mcxtranscoder.h"
+#include "mcparsexml/xercestypes.h"
