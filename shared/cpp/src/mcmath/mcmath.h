@@ -7,6 +7,7 @@
 #include "mcmath/linpack.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mccontstats.h"
+#include "mcmath/mcdistfun.h"
 #include "mcmath/mceigenvalues.h"
 #include "mcmath/mcextremenum.h"
 #include "mcmath/mchashkey.h"
