@@ -115,7 +115,9 @@ std::string OutputOf(const std::string& command) {
   return status == 0 ? "" : output;
 }
 
-std::string SchemaFaults(const std::string& document) {
+}  // namespace
+
+std::string PmmlSchemaFaults(const std::string& document, const std::string& version) {
   const std::string schemas = MCSTAT_PMML_SCHEMAS;
   if (schemas.empty()) return "";
   char path[] = "/tmp/mcstat-pmml-XXXXXX";
@@ -123,17 +125,15 @@ std::string SchemaFaults(const std::string& document) {
   if (descriptor < 0) return "no temporary file";
   close(descriptor);
   std::ofstream(path, std::ios::binary) << document;
-  const std::string faults =
-      OutputOf("xmllint --noout --nonet --schema '" + schemas + "/pmml-3-2.xsd' " + path + " 2>&1");
+  const std::string faults = OutputOf("xmllint --noout --nonet --schema '" + schemas + "/pmml-" +
+                                      version + ".xsd' " + path + " 2>&1");
   std::remove(path);
   return faults;
 }
 
-}  // namespace
-
 std::string PmmlFaults(const std::string& document) {
   try {
-    return FaultsOf(ReadXml(document)) + SchemaFaults(document);
+    return FaultsOf(ReadXml(document)) + PmmlSchemaFaults(document, "3-2");
   } catch (const std::runtime_error& error) {
     return error.what();
   }

@@ -10,4 +10,8 @@ namespace mctest {
 /// (MCSTAT_PMML_SCHEMAS), everything that xmllint finds against pmml-3-2.xsd.
 std::string PmmlFaults(const std::string& document);
 
+/// What xmllint finds against the published schema of a version, such as "4-1"; "" where the build
+/// doesn't know the folder of the schemas.
+std::string PmmlSchemaFaults(const std::string& document, const std::string& version);
+
 }  // namespace mctest

@@ -160,6 +160,29 @@ inline constexpr char kParamMatrix[] = "ParamMatrix";
 inline constexpr char kPCell[] = "PCell";
 inline constexpr char kBeta[] = "beta";
 inline constexpr char kDf[] = "df";
+inline constexpr char kAssociationModel[] = "AssociationModel";
+inline constexpr char kClusteringModel[] = "ClusteringModel";
+inline constexpr char kMiningModel[] = "MiningModel";
+inline constexpr char kNaiveBayesModel[] = "NaiveBayesModel";
+inline constexpr char kNeuralNetwork[] = "NeuralNetwork";
+inline constexpr char kRegressionModel[] = "RegressionModel";
+inline constexpr char kRuleSetModel[] = "RuleSetModel";
+inline constexpr char kSequenceModel[] = "SequenceModel";
+inline constexpr char kSupportVectorMachineModel[] = "SupportVectorMachineModel";
+inline constexpr char kTextModel[] = "TextModel";
+inline constexpr char kTimeSeriesModel[] = "TimeSeriesModel";
+inline constexpr char kTreeModel[] = "TreeModel";
+inline constexpr char kSegmentation[] = "Segmentation";
+inline constexpr char kMultipleModelMethod[] = "multipleModelMethod";
+inline constexpr char kSelectFirst[] = "selectFirst";
+inline constexpr char kSegment[] = "Segment";
+inline constexpr char kSimplePredicate[] = "SimplePredicate";
+inline constexpr char kCompoundPredicate[] = "CompoundPredicate";
+inline constexpr char kOperator[] = "operator";
+inline constexpr char kEqual[] = "equal";
+inline constexpr char kBooleanOperator[] = "booleanOperator";
+inline constexpr char kAnd[] = "and";
+inline constexpr char kLocalTransformations[] = "LocalTransformations";
 
 }  // namespace PMMLWord
 }  // namespace detail

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mcfit/support/temporaryfolder.h"
+#include "support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,9 @@
 #include <fstream>
 #include <sstream>
 
-TemporaryFolder::TemporaryFolder() : fPath("/tmp/mcfit-test-XXXXXX") {
+namespace mctest {
+
+TemporaryFolder::TemporaryFolder() : fPath("/tmp/mcstat-test-XXXXXX") {
   if (mkdtemp(fPath.data()) == nullptr) throw std::runtime_error("no temporary folder");
 }
 
@@ -33,3 +35,5 @@ std::string TemporaryFolder::Read(const std::string& name) const {
 bool TemporaryFolder::Has(const std::string& name) const {
   return std::filesystem::exists(Path(name));
 }
+
+}  // namespace mctest
