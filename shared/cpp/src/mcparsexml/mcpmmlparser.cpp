@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "mcparsexml/mcpmmlparser.h"
+
+#include "mcparsexml/detail/documentparser.h"
+#include "mcparsexml/detail/mcbinindex.h"
+#include "mcparsexml/detail/mcfieldreader.h"
+#include "mcparsexml/mccomxprsutil.h"
+#include "metadata/detail/pmmlwords.h"
+
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+namespace MCComXPrsUtil {
+
+using MCCommon::MCStatus;
+using MCCommonMetadata::MCVarList;
+using xercesc::DOMElement;
+namespace Word = MCCommonMetadata::detail::PMMLWord;
+
+namespace {
+
+constexpr auto kNoStorage = MCCommonMetadata::MC_STORAGE_UNDEFINED;
+
+// The types of PMML, which tell no storage here.
+const std::vector<detail::DataType>& PMMLTypes() {
+  static const std::vector<detail::DataType> types = {
+      {Word::kString, true, kNoStorage},
+      {Word::kDouble, false, kNoStorage},
+      {Word::kFloat, false, kNoStorage},
+      {Word::kInteger, false, kNoStorage},
+      {Word::kDate, false, kNoStorage},
+      {Word::kTime, false, kNoStorage},
+      {Word::kDateTime, false, kNoStorage},
+      {"timeSeconds", false, kNoStorage},
+      {"dateDaysSince[0]", false, kNoStorage},
+      {"dateDaysSince[1960]", false, kNoStorage},
+      {"dateDaysSince[1970]", false, kNoStorage},
+      {"dateDaysSince[1980]", false, kNoStorage},
+      {"dateTimeSecondsSince[0]", false, kNoStorage},
+      {"dateTimeSecondsSince[1960]", false, kNoStorage},
+      {"dateTimeSecondsSince[1970]", false, kNoStorage},
+      {"dateTimeSecondsSince[1980]", false, kNoStorage}};
+  return types;
+}
+
+}  // namespace
+
+MCPMMLParser::MCPMMLParser() : fStatus(detail::StartXerces()) {
+  if (!fStatus.IsOK()) return;
+  fStatus = detail::DocumentParser::Create(fpParser);
+  if (fpParser == nullptr) xercesc::XMLPlatformUtils::Terminate();
+}
+
+MCPMMLParser::~MCPMMLParser() {
+  if (fpParser == nullptr) return;
+  fpParser.reset();
+  xercesc::XMLPlatformUtils::Terminate();
+}
+
+MCStatus MCPMMLParser::ParseToDOM(std::istream& stream) {
+  fXercesMessage.clear();
+  ForgetDocument();
+  if (fpParser == nullptr) return fStatus;
+  fStatus = fpParser->Parse(nullptr, &stream, fbStrict, fXercesMessage);
+  if (fStatus.IsOK()) fStatus = TakeElements();
+  if (!fStatus.IsOK()) ForgetDocument();
+  return fStatus;
+}
+
+MCStatus MCPMMLParser::TakeElements() {
+  fpDocument = fpParser->GetDocument();
+  fpRoot = fpDocument->getDocumentElement();
+  if (fpRoot == nullptr || !TagNameEquals(*fpRoot, Word::kPMML)) {
+    return MCStatus(MCCommon::MCS_PMML_NOT_PMML, false);
+  }
+  fpDataDictionary = GetFirstChildElmt(*fpRoot, Word::kDataDictionary);
+  if (fpDataDictionary == nullptr) return MCStatus(MCCommon::MCS_PMML_NO_DICTIONARY, false);
+  fpTransDictionary = GetFirstChildElmt(*fpRoot, Word::kTransformationDictionary);
+  return MCStatus();
+}
+
+void MCPMMLParser::ForgetDocument() {
+  fpDocument = nullptr;
+  fpRoot = nullptr;
+  fpDataDictionary = nullptr;
+  fpTransDictionary = nullptr;
+  fpModel = nullptr;
+}
+
+bool MCPMMLParser::SetModelElmt(const DOMElement& model) {
+  if (!GetDocumentStatus().IsOK()) return false;
+  fpModel = &model;
+  return true;
+}
+
+MCStatus MCPMMLParser::GetDocumentStatus() const {
+  if (fStatus.IsOK() && fpDocument == nullptr) {
+    return MCStatus(MCCommon::MCS_DOC_NOT_PARSED, false);
+  }
+  return fStatus;
+}
+
+MCStatus MCPMMLParser::FillVarList(MCVarList& list, const std::vector<std::string>& names,
+                                   bool bins) const {
+  const MCStatus status = GetDocumentStatus();
+  if (!status.IsOK()) return status;
+  const detail::MCBinIndex index(bins ? fpTransDictionary : nullptr);
+  detail::MCFieldReader reader({Word::kDataField, &PMMLTypes(), detail::RangePlace::kNowhere},
+                               list);
+  reader.Select(names);
+  if (bins) reader.TakeBins(index);
+  return reader.ReadFields(*fpDataDictionary);
+}
+
+bool MCPMMLParser::SetBinsFrTransDict(const std::string& field, std::vector<double>& cuts,
+                                      std::vector<std::string>& labels) const {
+  return detail::MCBinIndex(fpTransDictionary).ReadBins(field, cuts, labels);
+}
+
+}  // namespace MCComXPrsUtil
