@@ -65,7 +65,7 @@ TEST(MCPMMLParserDocument, RootAndDictionaryAreRequired) {
   const struct {
     string document;
     long code;
-  } cases[] = {{"", 104},
+  } cases[] = {{"", 105},
                {"no document", 105},
                {"<Pmml/>", 105},
                {"<p:PMML xmlns:p=\"http://www.dmg.org/PMML-3_2\"><DataDictionary/></p:PMML>", 105},
@@ -76,7 +76,6 @@ TEST(MCPMMLParserDocument, RootAndDictionaryAreRequired) {
                {"<PMML><DataDictionary/></PMML>", 0},
                {"<PMML><Header/><!-- text --><DataDictionary/><x/></PMML>", 0}};
   for (const auto& [document, code] : cases) {
-    if (document.empty()) continue;
     EXPECT_EQ(Parse(document), code) << document;
   }
 }
@@ -122,13 +121,12 @@ TEST(MCPMMLParserDocument, ModelIsTakenOnlyWhileADocumentIsHeld) {
 
 TEST(MCPMMLParserDocument, NoVersionAndNoNamespaceMatters) {
   const string dictionary = string("><DataDictionary>") + kField + "</DataDictionary></PMML>";
-  for (const char* root :
-       {"<PMML", "<PMML version=\"3.2\" xmlns=\"http://www.dmg.org/PMML-3_2\"",
-        "<PMML version=\"4.0\" xmlns=\"http://www.dmg.org/PMML-4_0\"",
-        "<PMML version=\"4.1\" xmlns=\"http://www.dmg.org/PMML-4_1\"",
-        "<PMML version=\"4.3\" xmlns=\"http://www.dmg.org/PMML-4_3\"",
-        "<PMML version=\"4.4\" xmlns=\"http://www.dmg.org/PMML-4_4\"",
-        "<PMML version=\"none\" xmlns=\"urn:other\" xmlns:p=\"urn:more\""}) {
+  for (const char* root : {"<PMML", "<PMML version=\"3.2\" xmlns=\"http://www.dmg.org/PMML-3_2\"",
+                           "<PMML version=\"4.0\" xmlns=\"http://www.dmg.org/PMML-4_0\"",
+                           "<PMML version=\"4.1\" xmlns=\"http://www.dmg.org/PMML-4_1\"",
+                           "<PMML version=\"4.3\" xmlns=\"http://www.dmg.org/PMML-4_3\"",
+                           "<PMML version=\"4.4\" xmlns=\"http://www.dmg.org/PMML-4_4\"",
+                           "<PMML version=\"none\" xmlns=\"urn:other\" xmlns:p=\"urn:more\""}) {
     EXPECT_EQ(Variables(root + dictionary), "x| cont (missing, max) missing {}") << root;
   }
 }
@@ -147,9 +145,10 @@ string Utf16(const string& latin1, bool isBigEndian) {
 }
 
 TEST(MCPMMLParserDocument, EncodingsComeBackAsUtf8) {
-  const string fields = "<PMML><DataDictionary><DataField name=\"M\xFCller\" displayName=\"\xE9\" "
-                        "optype=\"categorical\" dataType=\"string\"><Value value=\"\xDF\" "
-                        "displayValue=\"\xA7\"/></DataField></DataDictionary></PMML>";
+  const string fields =
+      "<PMML><DataDictionary><DataField name=\"M\xFCller\" displayName=\"\xE9\" "
+      "optype=\"categorical\" dataType=\"string\"><Value value=\"\xDF\" "
+      "displayValue=\"\xA7\"/></DataField></DataDictionary></PMML>";
   const string expected = "M\xC3\xBCller|\xC3\xA9 string {\xC3\x9F=\xC2\xA7} missing {}";
   const string latin1 = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + fields;
   const string utf16 = "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + fields;
@@ -238,9 +237,11 @@ TEST(MCPMMLParserDocument, EntitiesThatMultiplyAreRefusedStrictly) {
 
 TEST(MCPMMLParserDocument, LongAttributesAndDeepNestingAreRead) {
   const string label(1000000, 'a');
-  EXPECT_EQ(Variables(DictionaryText("<DataField name=\"x\" optype=\"continuous\" dataType=\"float\" "
-                                     "displayName=\"" + label + "\"/>")),
-            "x|" + label + " cont (missing, max) missing {}");
+  EXPECT_EQ(
+      Variables(DictionaryText("<DataField name=\"x\" optype=\"continuous\" dataType=\"float\" "
+                               "displayName=\"" +
+                               label + "\"/>")),
+      "x|" + label + " cont (missing, max) missing {}");
   string deep;
   for (int i = 0; i < 10000; ++i) deep += "<a>";
   EXPECT_EQ(Variables(DictionaryText(kField, deep)), "x| cont (missing, max) missing {}");

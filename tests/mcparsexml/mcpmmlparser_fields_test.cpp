@@ -156,9 +156,9 @@ TEST(MCPMMLParserFields, TypeIsJudgedBeforeTheKind) {
 
 TEST(MCPMMLParserFields, AllButContinuousFieldsAreCategoricalWithoutOrder) {
   for (const char* kind : {"categorical", "ordinal", "", "Continuous", "continuous "}) {
-    EXPECT_EQ(Read(Field("dataType=\"string\" optype=\"" + string(kind) + "\"",
-                         "<Value value=\"a\"/>")),
-              Good("x| string {a} missing {}"))
+    EXPECT_EQ(
+        Read(Field("dataType=\"string\" optype=\"" + string(kind) + "\"", "<Value value=\"a\"/>")),
+        Good("x| string {a} missing {}"))
         << kind;
   }
 }
@@ -168,8 +168,9 @@ TEST(MCPMMLParserFields, NamesThatTheListRefusesAre111) {
             (Outcome{111, "x| cont (missing, max) missing {}"}));
   EXPECT_EQ(Read(Continuous("")), (Outcome{111, ""}));
   for (const char* type : {"string", "double"}) {
-    EXPECT_EQ(Read(string("<DataField name=\"\" optype=\"categorical\" dataType=\"") + type + "\"/>"),
-              (Outcome{111, ""}));
+    EXPECT_EQ(
+        Read(string("<DataField name=\"\" optype=\"categorical\" dataType=\"") + type + "\"/>"),
+        (Outcome{111, ""}));
   }
 }
 
@@ -221,7 +222,7 @@ TEST(MCPMMLParserFields, ValuesAreElementsWithAttributesAmongTheChildren) {
   EXPECT_EQ(ReadStrings("text<Value/><!-- c --><?p i?><x><Value value=\"in\"/></x>"
                         "<Value other=\"1\"/><value value=\"no\"/><Value value=\"\"/>"
                         "<![CDATA[data]]><Value value=\"a\"/>"),
-            Good("x| string { a} missing {}"));
+            Good("x| string {'' a} missing {}"));
 }
 
 TEST(MCPMMLParserFields, NumbersAreReadAsSuchOrLeftOut) {
@@ -342,11 +343,10 @@ TEST(MCPMMLParserBins, BinsThatAreAskedForAndAbsentAre110) {
 }
 
 TEST(MCPMMLParserBins, BinsThatAreNotAskedForAreLeftAlone) {
-  EXPECT_EQ(ReadDocument(
-                DictionaryText(Continuous("x"), "<TransformationDictionary>" +
-                                                    Derived("x", Bin("0", "0", "1") +
-                                                                     Bin("1", "1", "2")) +
-                                                    "</TransformationDictionary>")),
+  EXPECT_EQ(ReadDocument(DictionaryText(Continuous("x"),
+                                        "<TransformationDictionary>" +
+                                            Derived("x", Bin("0", "0", "1") + Bin("1", "1", "2")) +
+                                            "</TransformationDictionary>")),
             Good("x| cont (missing, max) missing {}"));
 }
 
@@ -364,11 +364,11 @@ TEST(MCPMMLParserBins, BinnedFieldKeepsItsMissingValues) {
 TEST(MCPMMLParserBins, EncoderOfBinsHasNoLabels) {
   for (const char* first : {"0", "low"}) {
     MCPMMLParser parser;
-    ASSERT_EQ(ParseText(parser, DictionaryText(Continuous("x"),
-                                               "<TransformationDictionary>" +
-                                                   Derived("x", Bin(first, "0", "1") +
-                                                                    Bin("high", "1", "2")) +
-                                                   "</TransformationDictionary>")),
+    ASSERT_EQ(ParseText(parser, DictionaryText(
+                                    Continuous("x"),
+                                    "<TransformationDictionary>" +
+                                        Derived("x", Bin(first, "0", "1") + Bin("high", "1", "2")) +
+                                        "</TransformationDictionary>")),
               0);
     MCVarList list;
     EXPECT_TRUE(parser.FillVarList(list, {}, true).IsOK());
@@ -414,7 +414,7 @@ string Exported(const MCVarList& list) {
 TEST(MCPMMLParserFields, ExportedListComesBackButForWhatItLoses) {
   MCVarList list;
   int i = list.AddCatVar("region", "Where & when", vector<string>{"north", "s<o>uth", "\xC3\xA9"},
-                         vector<string>{"N", "", "E \"e\""}, MC_ROLE_INPUT);
+                         vector<string>{"N", "<S>", "E \"e\""}, MC_ROLE_INPUT);
   list.GetEncoderAt(i)->AddDiscreteUserMissing(string("?"), "not known");
   list.GetEncoderAt(i)->AddDiscreteUserMissing(string("-"), "refused");
   i = list.AddCatVar("grade", "", vector<double>{3.0, 1.5, -2.0}, MC_ROLE_INPUT);
@@ -423,21 +423,24 @@ TEST(MCPMMLParserFields, ExportedListComesBackButForWhatItLoses) {
   i = list.AddContVar("yield", "t/ha", MC_ROLE_INPUT);
   list.GetEncoderAt(i)->AddDiscreteUserMissing(-9.0, "");
   list.GetEncoderAt(i)->SetMissingInterval(1e300, DBL_MAX);
-  EXPECT_EQ(ReadDocument(Exported(list)), Good(ListText(list)));
+  const string before = ListText(list);
+  EXPECT_EQ(ReadDocument(Exported(list)), Good(before));
 
-  // Lost: role, storage, order, range and bins; a weight is a continuous variable like others.
+  // Lost: role, storage, order, range and bins, all labels where one is empty; and a weight is a
+  // continuous variable like others.
   list.SetVariableRole(0, MC_ROLE_TARGET);
   list.GetVarAt(1)->SetVariableStorage(MC_STORAGE_REAL);
   auto* ordinal = dynamic_cast<MCCatVar*>(list.GetVarAt(1));
   ASSERT_NE(ordinal, nullptr);
   ordinal->SetOrdinalFlag(true);
-  const string plain = Good(ReadDocument(Exported(list)).list).list;
-  EXPECT_EQ(plain, ReadDocument(Exported(list)).list);
+  EXPECT_EQ(ReadDocument(Exported(list)), Good(before));
   MCVarList more = list;
+  more.AddCatVar("labels", "", vector<double>{1.0, 2.0}, vector<string>{"one", ""}, MC_ROLE_INPUT);
   more.AddContVar("binned", "", 0.0, 4.0, MC_ROLE_INPUT, true, 4);
   more.SetWeightVar("w", "", MC_ROUND_NEAREST);
   EXPECT_EQ(ReadDocument(Exported(more)),
-            Good(plain + "\nbinned| cont (missing, max) missing {}\nw| cont (missing, max) missing {}"));
+            Good(before + "\nlabels| num {1 2} missing {}" +
+                 "\nbinned| cont (missing, max) missing {}\nw| cont (missing, max) missing {}"));
 }
 
 TEST(MCPMMLParserFields, CommaOfALocaleChangesNoNumber) {

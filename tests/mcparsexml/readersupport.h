@@ -46,13 +46,13 @@ inline std::string TextsText(const std::vector<std::string>& values) {
   return ListText(values, [](const std::string& value) { return value; });
 }
 
-/// Codes and missing values of an encoder: "{a=A b} missing {?} [low, high]".
+/// Codes and missing values of an encoder: "{a=A b ''} missing {?} [low, high]".
 inline std::string EncoderText(const MCCommonMetadata::IMCEncoder& encoder) {
   std::string text;
   const auto add = [&text](const std::string& value, const std::vector<std::string>* labels,
                            std::size_t i) {
     if (text.back() != '{') text += " ";
-    text += value;
+    text += value.empty() ? "''" : value;
     if (labels != nullptr && i < labels->size() && !(*labels)[i].empty()) {
       text += "=" + (*labels)[i];
     }
@@ -80,8 +80,7 @@ inline std::string EncoderText(const MCCommonMetadata::IMCEncoder& encoder) {
   }
   const auto* continuous = dynamic_cast<const MCCommonMetadata::MCContEncoder*>(&encoder);
   if (continuous != nullptr && continuous->GetBinningEncoder() != nullptr) {
-    text +=
-        " cuts " + NumbersText(continuous->GetBinningEncoder()->GetBinningCutpoints());
+    text += " cuts " + NumbersText(continuous->GetBinningEncoder()->GetBinningCutpoints());
   }
   return text;
 }
@@ -118,7 +117,8 @@ inline std::string ListText(const MCCommonMetadata::MCVarList& list) {
 
 /// A document with what stands inside its root.
 inline std::string PmmlText(const std::string& inside) {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PMML version=\"3.2\">" + inside + "</PMML>\n";
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PMML version=\"3.2\">" + inside +
+         "</PMML>\n";
 }
 
 inline std::string DictionaryText(const std::string& fields, const std::string& behind = "") {

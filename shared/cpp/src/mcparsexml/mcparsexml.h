@@ -2,6 +2,8 @@
 #pragma once
 
 #include "mcparsexml/mccomxprsutil.h"
+#include "mcparsexml/mcpmmlparser.h"
+#include "mcparsexml/mcsettingsparser.h"
 #include "mcparsexml/mcxinputsource.h"
 #include "mcparsexml/mcxmlreadwrite.h"
 #include "mcparsexml/mcxtranscoder.h"
