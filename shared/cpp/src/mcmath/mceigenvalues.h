@@ -40,14 +40,15 @@ public:
   /// No H: a problem of 0 rows. Tolerance 1e-12 and 30 iterations.
   MCEigenValues() = default;
 
-  /// As the setters; an argument that they refuse leaves the default.
+  /// As the setters; a tolerance or limit that they refuse leaves the default, and with an invalid
+  /// matrix nothing can be computed.
   MCEigenValues(double tol, int maxIter);
   MCEigenValues(const MCSymMatrix& H, double tol, int maxIter);
   MCEigenValues(const MCSymMatrix& H, const MCSymMatrix& E, double tol, int maxIter);
 
   /// Tolerance of the Cholesky factorisation of E: row k of E is redundant, and counts as dependent
   /// on the rows before, unless what they leave of its diagonal is above tol * E(k, k). Plays no
-  /// part without E. False, with nothing changed, unless tol >= 0. Default 1e-12.
+  /// part without E. False, with nothing changed, unless 0 <= tol < infinity. Default 1e-12.
   bool SetTolerance(double tol);
   double GetTolerance() const { return fTol; }
 
@@ -95,16 +96,20 @@ public:
   void Display() const;
 
 private:
+  // Forgets what has been computed.
   void Withdraw();
-  bool HasEMatrix() const { return fbEMatrix; }
+
+  // Computes all. False, with nothing computed, as told at Compute().
+  bool Run(bool withVectors);
+  bool Solve();
+
+  // The steps. Each fills the members of its name; false where the problem can't be solved.
   bool FactorE();
-  bool IsRestSmall(const MCSymMatrix& scaledE, const MCBitSet& kept) const;
-  int ComputeAll(bool withVectors);
   bool ReduceByE();
   bool TriDiag();
   void Tred3();
   bool EigenValuesTQLI();
-  void BackTransVectors();
+  bool BackTransVectors();
 
   MCSymMatrix fmH;
   MCSymMatrix fmE;
@@ -112,18 +117,25 @@ private:
   int fMaxIter = 30;
   bool fbEMatrix = false;
   bool fbVectors = false;
+  bool fbComputed = false;
+
+  // Where E was divided by 4^fExponentE, and all that was computed stands to be multiplied by
+  // 2^fExponent.
+  int fExponentE = 0;
+  int fExponent = 0;
 
   std::vector<double> fvEDiag;
-  MCSymMatrix fmCholGI;
-  MCSymMatrix fmVHV;
+  MCSymMatrix fmCholGI;         // n rows, zeros in the redundant ones
+  std::vector<int> fvKeptRows;  // the others, ascending
   int fRankE = 0;
-  MCSymMatrix fmOrthInfo;
+  MCSymMatrix fmVHV;       // of the rows kept
+  MCSymMatrix fmOrthInfo;  // in row i the vector u, u'u = 2, of the reflection I - u u'
   std::vector<double> fvDiag3;
-  std::vector<double> fvSubdiag3;
+  std::vector<double> fvSubdiag3;  // entry i couples rows i - 1 and i
   int fNEigenVal = 0;
   std::vector<double> fvEigenVal;
   MCRectMatrix fmEigenVectors;
-  std::vector<std::pair<double, int>> fvEigPairs;
+  std::vector<std::pair<double, int>> fvEigPairs;  // value and column, as last sorted
 };
 
 }  // namespace MCCommonMath

@@ -56,6 +56,24 @@ struct PredictorTerms {
   const double* const* columns;
 };
 
+/// Two vectors of a symmetric matrix, whose rank-two product u q' + q u' is to be taken from it,
+/// and what the result is to be multiplied by. All have an entry for each row of the bands that
+/// are worked on, and those of `product` are added to.
+struct SymmetricStep {
+  const double* u;
+  const double* q;
+  const double* next;
+  double* product;
+};
+
+/// A run of plane rotations: of rows top and top - 1, then top - 1 and top - 2, `count` of them.
+/// Cosine and sine of each stand in an array of pairs from `first` on.
+struct RotationRun {
+  std::size_t top;
+  std::size_t count;
+  std::size_t first;
+};
+
 /// What is written once and compiled for each vector width.
 struct VectorKernels {
   /// Width of the panels.
@@ -109,6 +127,25 @@ struct VectorKernels {
   /// target[r * pitch + j], one row after the other. Takes whole vectors of columns.
   void (*addScaledRows)(const RowBlock& block, std::size_t count, const double* factors,
                         double* target, std::size_t pitch);
+
+  /// Subtracts u q' + q u' from a symmetric matrix and adds the new matrix times `next` to
+  /// `product`, in one walk. The matrix stands in bands: band b holds rows 8b to 8b + 7, each with
+  /// its first 8b + 8 columns, behind the bands before it, and its last eight columns hold a full
+  /// symmetric block.
+  void (*updateBands)(double* bands, std::size_t nBands, const SymmetricStep& step);
+
+  /// Columns of a panel whose rows are rotated or reflected.
+  std::size_t vectorColumns;
+
+  /// Applies runs of rotations to the rows of a panel: rows x and, below it, y become c x - s y and
+  /// s x + c y.
+  void (*rotateRows)(double* panel, const RotationRun* runs, std::size_t nRuns,
+                     const double* rotations);
+
+  /// Multiplies a panel of nRows rows from the left by I - v v' and I - u u', the latter first.
+  /// `overlap` is u'v.
+  void (*reflectRows)(double* panel, std::size_t nRows, const double* u, const double* v,
+                      double overlap);
 };
 
 extern const VectorKernels kSse2Kernels;
