@@ -96,13 +96,13 @@ void Blas1::DRot(int n, double* dx, int incx, double* dy, int incy, double c, do
 void Blas1::DRotG(double* da, double* db, double* c, double* s) {
   const double a = *da;
   const double b = *db;
-  const bool bFirstIsLarger = std::fabs(a) > std::fabs(b);
-  const double scale = bFirstIsLarger ? a : b;
-  if (scale == 0.0) {
+  if (a == 0.0 && b == 0.0) {
     *c = 1.0;
     *s = *da = *db = 0.0;
     return;
   }
+  const bool bFirstIsLarger = std::fabs(a) > std::fabs(b);
+  const double scale = bFirstIsLarger ? a : b;
   const double r = scale * std::sqrt((a / scale) * (a / scale) + (b / scale) * (b / scale));
   // Not over r, which may have become infinite or lost digits below the smallest normal number.
   const double length = r / scale;

@@ -156,7 +156,7 @@ void Determinant(const View& view, const int* ipvt, double* det) {
 void InvertLower(const FullColumns<double>& view, const int* ipvt, double* work) {
   for (Index k = view.n - 2; k >= 0; --k) {
     double* const column = view.At(0, k);
-    std::copy(column + k + 1, column + view.n, work + k + 1);
+    detail::CopyTo(view.n - k - 1, column + k + 1, work + k + 1);
     detail::SetToZero(view.n - k - 1, column + k + 1);
     for (Index j = k + 1; j < view.n; ++j) {
       detail::AddScaled(view.n, work[j], view.At(0, j), column);

@@ -262,7 +262,7 @@ void Inertia(const View& view, const int* kpvt, int* inert) {
 /// the inverse. Answers the product of the old elements and the new ones. `work`: m entries.
 template <class View>
 double MultiplyByLeading(const View& view, Index m, double* column, double* work) {
-  std::copy(column, column + m, work);
+  detail::CopyTo(m, column, work);
   for (Index j = 0; j < m; ++j) {
     const double* const other = view.At(0, j);
     column[j] = detail::DotProduct(j + 1, other, work);

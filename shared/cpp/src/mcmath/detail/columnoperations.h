@@ -53,6 +53,11 @@ inline void Exchange(Index n, double* x, double* y) {
   std::swap_ranges(x, x + std::max<Index>(n, 0), y);
 }
 
+/// y = x; both may be one array.
+inline void CopyTo(Index n, const double* x, double* y) {
+  if (x != y) std::copy_n(x, std::max<Index>(n, 0), y);
+}
+
 inline void SetToZero(Index n, double* x) {
   std::fill_n(x, std::max<Index>(n, 0), 0.0);
 }
