@@ -93,14 +93,14 @@ int Dataset::UsedCategories() const {
   return static_cast<int>(used);
 }
 
-int Dataset::OrderCategories(const std::string& reference) {
+int Dataset::OrderCategories(const std::string& reference, const std::string& option) {
   std::vector<int> order;
   std::vector<int> unused;
   for (std::size_t code = 0; code < fCategoryCounts.size(); ++code) {
     (fCategoryCounts[code].rows > 0 ? order : unused).push_back(static_cast<int>(code));
   }
   if (order.empty()) return -1;
-  const int sortedCode = ReferenceCode(reference, order);
+  const int sortedCode = ReferenceCode(reference, option, order);
   const auto place = std::find(order.begin(), order.end(), sortedCode);
   if (place != order.end()) std::rotate(place, place + 1, order.end());
   order.insert(order.end(), unused.begin(), unused.end());
@@ -111,7 +111,8 @@ int Dataset::OrderCategories(const std::string& reference) {
   return newCodes[static_cast<std::size_t>(sortedCode)];
 }
 
-int Dataset::ReferenceCode(const std::string& reference, const std::vector<int>& used) const {
+int Dataset::ReferenceCode(const std::string& reference, const std::string& option,
+                           const std::vector<int>& used) const {
   const int code = fLabels[0].Find(reference);
   if (code >= 0) return code;
   if (reference == "first") return used.front();
@@ -121,7 +122,7 @@ int Dataset::ReferenceCode(const std::string& reference, const std::vector<int>&
   for (std::size_t i = 0; i < std::min(used.size(), kMostListed); ++i) {
     labels.push_back(fLabels[0].Label(used[i]));
   }
-  throw InputError(fmt::format("--reference: no row has {} in column {}; the categories are {}{}",
+  throw InputError(fmt::format("{}: no row has {} in column {}; the categories are {}{}", option,
                                Quoted(reference),
                                Quoted(fLayout->At(fLayout->Position(Role::kDependent)).name),
                                QuotedList(labels), used.size() > kMostListed ? ", ..." : ""));

@@ -64,8 +64,9 @@ public:
   ///
   /// `reference`: a label, or else "first" or "last" of the K as labels sort. Answers its code, K
   /// or more for a category that only dropped rows have; -1 if no row is in use. Throws InputError
-  /// if no row has the label. To be called once, before the records are read back.
-  int OrderCategories(const std::string& reference);
+  /// if no row has the label; `option` is what it names it by. To be called once, before the
+  /// records are read back.
+  int OrderCategories(const std::string& reference, const std::string& option);
 
   /// K, the number of categories that rows in use have.
   int UsedCategories() const;
@@ -82,7 +83,8 @@ public:
 private:
   void CountCategory(const std::vector<double>& record);
   void SortLabels();
-  int ReferenceCode(const std::string& reference, const std::vector<int>& used) const;
+  int ReferenceCode(const std::string& reference, const std::string& option,
+                    const std::vector<int>& used) const;
 
   const RecordLayout* fLayout;
   RowFile fRows;

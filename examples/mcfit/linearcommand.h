@@ -11,9 +11,7 @@ public:
   explicit LinearCommand(CLI::App& app);
 
 protected:
-  std::vector<std::string> ScoreColumns(const Dataset& data) const override;
-  std::unique_ptr<FittedModel> Fit(Dataset& data, const ModelDesign& design,
-                                   ProgressLine& progress) const override;
+  std::unique_ptr<RegressionKind> Kind() const override;
 };
 
 }  // namespace mcfit

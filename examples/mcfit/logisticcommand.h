@@ -2,9 +2,6 @@
 #pragma once
 
 #include "fitcommand.h"
-#include "logisticmodel.h"
-
-#include <string>
 
 namespace mcfit {
 
@@ -14,17 +11,10 @@ public:
   explicit LogisticCommand(CLI::App& app);
 
 protected:
-  void CheckOptions() const override;
-  ModelColumns Columns() const override;
-  void Prepare(Dataset& data) override;
-  std::vector<std::string> ScoreColumns(const Dataset& data) const override;
-  std::unique_ptr<FittedModel> Fit(Dataset& data, const ModelDesign& design,
-                                   ProgressLine& progress) const override;
+  std::unique_ptr<RegressionKind> Kind() const override;
 
 private:
-  std::string fReference = "last";
-  LogisticControl fControl;
-  int fReferenceCode = -1;
+  LogisticOptions fOptions;
 };
 
 }  // namespace mcfit

@@ -151,7 +151,7 @@ TEST(McfitDataset, CategoriesInUseComeFirstWithTheReferenceAsTheirLast) {
   };
   for (const auto& c : cases) {
     CategoryReading reading;
-    EXPECT_EQ(reading.data.OrderCategories(c.reference), c.code) << c.reference;
+    EXPECT_EQ(reading.data.OrderCategories(c.reference, "--reference"), c.code) << c.reference;
     EXPECT_EQ(reading.Categories(), c.order) << c.reference;
     EXPECT_EQ(reading.data.UsedCategories(), 4);
   }
@@ -159,7 +159,7 @@ TEST(McfitDataset, CategoriesInUseComeFirstWithTheReferenceAsTheirLast) {
 
 TEST(McfitDataset, RecordsAndCountsFollowTheOrderOfTheCategories) {
   CategoryReading reading;
-  reading.data.OrderCategories("low");
+  reading.data.OrderCategories("low", "--reference");
   EXPECT_EQ(reading.FinalRows(), (Rows{{2, 0, 2},
                                        {5, kMissing, 1},
                                        {3, 1, 1},
@@ -182,24 +182,26 @@ TEST(McfitDataset, RecordsAndCountsFollowTheOrderOfTheCategories) {
 
 TEST(McfitDataset, ALabelComesBeforeTheWordsFirstAndLast) {
   Reading reading("y,a,n\nlast,p,1\nbest,p,1\nworst,p,1\n", {}, CategoryLayout());
-  EXPECT_EQ(reading.data.OrderCategories("last"), 2);
+  EXPECT_EQ(reading.data.OrderCategories("last", "--reference"), 2);
   EXPECT_EQ(reading.data.LabelsAt(0).Label(2), "last");
 }
 
 TEST(McfitDataset, AReferenceThatNoRowHasIsRefused) {
-  EXPECT_EQ(RefusalOf([] { CategoryReading().data.OrderCategories("medium"); }),
+  EXPECT_EQ(RefusalOf([] { CategoryReading().data.OrderCategories("medium", "--reference"); }),
             "--reference: no row has 'medium' in column 'y'; the categories are '10', 'low', "
             "'mid', 'top'");
   std::string text = "y,a,n\n";
   for (char category = 'a'; category < 'm'; ++category) text += std::string(1, category) + ",p,1\n";
-  EXPECT_THAT(RefusalOf([&] { Reading(text, {}, CategoryLayout()).data.OrderCategories("z"); }),
+  EXPECT_THAT(RefusalOf([&] {
+                Reading(text, {}, CategoryLayout()).data.OrderCategories("z", "--reference");
+              }),
               testing::EndsWith("'i', 'j', ..."));
 }
 
 TEST(McfitDataset, WithoutRowsInUseThereIsNoReference) {
   for (const char* text : {"y,a,n\n", "y,a,n\nbest,,1\n,p,1\n"}) {
     Reading reading(text, {}, CategoryLayout());
-    EXPECT_EQ(reading.data.OrderCategories("best"), -1);
+    EXPECT_EQ(reading.data.OrderCategories("best", "--reference"), -1);
     EXPECT_EQ(reading.data.UsedCategories(), 0);
   }
 }

@@ -35,7 +35,7 @@ public:
   void Logistic(bool reread) {
     mcfit::LogisticControl control;
     control.reread = reread;
-    const int reference = fData.OrderCategories("last");
+    const int reference = fData.OrderCategories("last", "--reference");
     auto history = std::make_unique<mcfit::IterationHistory>("", 7, fProgress, false);
     const mcfit::LogisticModel model(fData, reference, fDesign, control, std::move(history),
                                      fProgress);

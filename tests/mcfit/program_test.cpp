@@ -478,13 +478,12 @@ TEST(McfitProgram, InterruptingTheFitErasesTheProgressAndEndsWithStatus130) {
   EXPECT_EQ(result.out, "");
 }
 
-// Sanitizers take address space of their own, so its limits are for the other builds.
+// Sanitizers take memory of their own, so its limits are for the other builds.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 TEST(McfitProgram, AFileLargerThanTheMemoryIsFitted) {
   const TemporaryFolder folder;
-  // About 60 MB of text and 10 MB of rows, beside 40 MB of address space of which libraries take
-  // the larger part.
+  // About 60 MB of text and 10 MB of rows, beside 6 MB of memory.
   {
     std::ofstream file(folder.Path("d.csv"));
     const std::string filler(120, 'z');
@@ -494,7 +493,7 @@ TEST(McfitProgram, AFileLargerThanTheMemoryIsFitted) {
     }
   }
   ChildProcess::Options options;
-  options.memoryLimit = std::size_t{40} << 20U;
+  options.memoryLimit = std::size_t{6} << 20U;
   const ProgramResult run = RunMcfit(
       {"linear", folder.Path("d.csv"), "--dependent", "y", "--factors", "a", "--covariates", "x"},
       options);

@@ -105,7 +105,7 @@ void ChildProcess::RunChild(const std::vector<std::string>& arguments, const Opt
   if (!options.temporaryFolder.empty()) setenv("TMPDIR", options.temporaryFolder.c_str(), 1);
   if (options.memoryLimit > 0) {
     const rlimit limit = {options.memoryLimit, options.memoryLimit};
-    setrlimit(RLIMIT_AS, &limit);
+    setrlimit(RLIMIT_DATA, &limit);
   }
   std::signal(SIGINT, SIG_DFL);
   std::signal(SIGPIPE, SIG_DFL);

@@ -20,7 +20,7 @@ public:
     std::string input;            ///< comes in on the standard input
     bool keepInputOpen = false;   ///< the input goes on until EndInput()
     bool errOnTerminal = false;   ///< the standard error is a terminal
-    std::size_t memoryLimit = 0;  ///< bytes of address space, 0 for no limit
+    std::size_t memoryLimit = 0;  ///< bytes of memory for data, 0 for no limit
     std::string temporaryFolder;  ///< TMPDIR, if not empty
     std::string outPath;          ///< the standard output goes there, if not empty
     bool outInPieces = false;  ///< holds the program at each piece of output, see WaitForOutput()
