@@ -6,5 +6,6 @@
 #include "mcparsexml/mcsettingsparser.h"
 #include "mcparsexml/mcxinputsource.h"
 #include "mcparsexml/mcxmlreadwrite.h"
+#include "mcparsexml/mcxsplitpmmlcombiner.h"
 #include "mcparsexml/mcxtranscoder.h"
 #include "mcparsexml/xercestypes.h"

@@ -4,6 +4,7 @@
 #include "mcparsexml/detail/guarded.h"
 
 #include <algorithm>
+#include <vector>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/XMLString.hpp>
 
@@ -18,13 +19,13 @@ using xercesc::XMLString;
 
 namespace {
 
-// All that XML 1.1 has beyond 1.0 in texts.
+// All that texts of XML 1.1 have beyond those of 1.0.
 bool HasControls(const XMLCh* text) {
   const auto isControl = [](XMLCh c) { return c < u' ' && c != u'\t' && c != u'\n' && c != u'\r'; };
   return text != nullptr && std::any_of(text, text + XMLString::stringLen(text), isControl);
 }
 
-// The serialiser gives up a whole document for one character that XML 1.0 can't hold.
+// The serialiser gives up a whole document for one of them.
 bool IsWritable(const DOMNode& node) {
   if (!XMLString::equals(node.getOwnerDocument()->getXmlVersion(), u"1.1")) return true;
   const DOMNamedNodeMap* attributes = node.getAttributes();
@@ -45,50 +46,47 @@ bool IsReference(const DOMNode& node) {
   return node.getNodeType() == DOMNode::ENTITY_REFERENCE_NODE;
 }
 
-/// Walks through what is in an element, and keeps to where the copy goes on.
+/// Copies what is in an element. A copy takes its place when all in it is copied: Xerces walks up
+/// from each place to see that a tree doesn't come to hold itself.
 class TreeImport {
 public:
   TreeImport(DOMDocument& document, const DOMNode& source, DOMNode& copy)
-      : fDocument(document), fpEnd(&source), fpNode(source.getFirstChild()), fpParent(&copy) {}
+      : fDocument(document), fSource(source), fvOpen{&copy} {}
 
   /// Whether all could be copied.
   bool Run() {
-    while (fpNode != nullptr) {
-      DOMNode* inside = fpParent;
-      if (!IsReference(*fpNode)) {
-        inside = ImportAlone(fDocument, *fpNode);
-        if (inside == nullptr) return false;
-        fpParent->appendChild(inside);  // a new node, which every parent takes
-      }
-      GoOn(*inside);
-    }
-    return true;
+    const DOMNode* node = fSource.getFirstChild();
+    while (node != nullptr && Open(*node)) node = Next(node);
+    while (fvOpen.size() > 1) Close();
+    return node == nullptr;
   }
 
 private:
-  void GoOn(DOMNode& inside) {
-    if (const DOMNode* child = fpNode->getFirstChild()) {
-      fpNode = child;
-      fpParent = &inside;
-      return;
-    }
-    while (fpNode != nullptr && fpNode->getNextSibling() == nullptr) Leave();
-    if (fpNode != nullptr) fpNode = fpNode->getNextSibling();
+  // What is in a reference goes where the reference would.
+  bool Open(const DOMNode& node) {
+    DOMNode* copy = IsReference(node) ? fvOpen.back() : ImportAlone(fDocument, node);
+    if (copy != nullptr) fvOpen.push_back(copy);
+    return copy != nullptr;
   }
 
-  void Leave() {
-    fpNode = fpNode->getParentNode();
-    if (fpNode == fpEnd) {
-      fpNode = nullptr;
-    } else if (!IsReference(*fpNode)) {
-      fpParent = fpParent->getParentNode();
+  void Close() {
+    DOMNode* copy = fvOpen.back();
+    fvOpen.pop_back();
+    if (copy != fvOpen.back()) fvOpen.back()->appendChild(copy);  // new, and so it can't be refused
+  }
+
+  const DOMNode* Next(const DOMNode* node) {
+    if (const DOMNode* child = node->getFirstChild()) return child;
+    for (Close(); node->getNextSibling() == nullptr; Close()) {
+      node = node->getParentNode();
+      if (node == &fSource) return nullptr;
     }
+    return node->getNextSibling();
   }
 
   DOMDocument& fDocument;
-  const DOMNode* fpEnd;
-  const DOMNode* fpNode;  // null at the end
-  DOMNode* fpParent;      // of its copy
+  const DOMNode& fSource;
+  std::vector<DOMNode*> fvOpen;  // whose content is being copied, innermost last
 };
 
 }  // namespace
