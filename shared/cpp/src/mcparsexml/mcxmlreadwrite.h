@@ -55,10 +55,11 @@ public:
   /// refuses: "line L, column C: text", both counted from 1.
   std::string GetXercesMessage() const { return fXercesMessage; }
 
-  /// Whether ParseToDOM() reads strictly from now on; off at the start. Strictly means: external
-  /// entities are refused, an external document type is not fetched, a document may expand its own
-  /// entities 100 times in all, and one that is not well-formed is error 104 with a message that
-  /// names the line and column of its first error.
+  /// Whether ParseToDOM() reads strictly from now on; off at the start. Then a document that is not
+  /// well-formed is error 104, with a message that names the line and column of its first error. So
+  /// is one that refers to an external entity, expands its own entities more than 100 times,
+  /// declares parameter entities or gives attributes default values. An external document type is
+  /// not fetched: what it would declare is missing.
   void SetStrict(bool isStrict) { fbStrict = isStrict; }
   bool IsStrict() const { return fbStrict; }
 

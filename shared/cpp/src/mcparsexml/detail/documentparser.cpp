@@ -2,10 +2,8 @@
 #include "mcparsexml/detail/documentparser.h"
 
 #include "mcparsexml/detail/guarded.h"
-#include "mcparsexml/detail/strictrules.h"
 #include "mcparsexml/mcxinputsource.h"
 
-#include <optional>
 #include <xercesc/util/PlatformUtils.hpp>
 
 namespace MCComXPrsUtil {
@@ -26,9 +24,8 @@ MCCommon::MCStatus DocumentParser::Parse(const char* fileName, std::istream* str
                                          std::string& message) {
   message.clear();
   fpDocument = nullptr;
-  std::optional<StrictRules> rules;
   const auto parse = [&] {
-    if (isStrict) rules.emplace(fParser);
+    fParser.Prepare(isStrict);
     if (stream == nullptr) {
       fParser.parse(fileName);
     } else {
@@ -36,8 +33,8 @@ MCCommon::MCStatus DocumentParser::Parse(const char* fileName, std::istream* str
     }
   };
   const bool isRead = IsDone(parse, &message);
-  if (rules && !rules->FirstError().empty()) {
-    message = rules->FirstError();
+  if (!fParser.FirstError().empty()) {
+    message = fParser.FirstError();
   } else if (isRead) {
     fpDocument = fParser.getDocument();
   }

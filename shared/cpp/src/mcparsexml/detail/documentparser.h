@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "mcparsexml/detail/ruledparser.h"
 #include "regression/frame/mcstatus.h"
 
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <xercesc/parsers/XercesDOMParser.hpp>
 
 namespace MCComXPrsUtil {
 namespace detail {
@@ -26,7 +26,8 @@ public:
   /// Reads a document from the stream, or from the file if `stream` is null. OK, or error 104 if
   /// Xerces gives up on it or makes no document, with Xerces's text, if there is one, in `message`,
   /// in UTF-8 (otherwise empty). `isStrict` says how it is read, for this document alone: see
-  /// MCXMLReadWrite::SetStrict().
+  /// MCXMLReadWrite::SetStrict(). The document before is released. After a parse in which memory
+  /// ran out all further ones are error 104.
   MCCommon::MCStatus Parse(const char* fileName, std::istream* stream, bool isStrict,
                            std::string& message);
 
@@ -36,7 +37,7 @@ public:
 private:
   DocumentParser() = default;
 
-  xercesc::XercesDOMParser fParser;
+  RuledParser fParser;
   xercesc::DOMDocument* fpDocument = nullptr;
 };
 

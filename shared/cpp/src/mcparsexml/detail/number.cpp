@@ -61,7 +61,8 @@ bool ParsePlainDouble(std::u16string_view text, double& value) {
   }
   double number = 0.0;
   const auto [stop, error] = std::from_chars(buffer, end, number);
-  if (error != std::errc() || stop != end || !std::isnormal(number)) return false;
+  if (error != std::errc() || stop != end) return false;
+  if (!std::isnormal(number) && (number != 0.0 || std::signbit(number))) return false;
   value = number;
   return true;
 }
@@ -76,10 +77,6 @@ std::u16string_view Trimmed(std::u16string_view text) {
 
 bool ParseDouble(std::u16string_view text, double& value) {
   text = Trimmed(text);
-  if (text == u"0") {
-    value = 0.0;
-    return true;
-  }
   return ParsePlainDouble(text, value) || ParseAnyDouble(text, value);
 }
 

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/sax/EntityResolver.hpp>
+#include <xercesc/sax/ErrorHandler.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+namespace MCComXPrsUtil {
+namespace detail {
+
+/// How often a document that is read strictly may expand its entities: it grows by no more than
+/// this factor. Documents of statistics use none.
+inline constexpr int kMaxExpansions = 100;
+
+/// A parser of Xerces that reads as Xerces does by default, or strictly as
+/// MCXMLReadWrite::SetStrict() tells, and keeps the first error's text. Xerces bounds how often
+/// entities expand in the content. What else lets a short document grow is refused here: parameter
+/// entities and default values of attributes. Refused without the strict setting, too, is what
+/// Xerces copies by recursion, an entity with elements nested beyond kMaxDepth.
+class RuledParser : public xercesc::XercesDOMParser {
+public:
+  RuledParser();
+
+  /// Readies it for the next parse. Throws what Xerces throws.
+  void Prepare(bool isStrict);
+
+  /// "line L, column C: text" of the first error, in UTF-8, or the text alone where there is no
+  /// line, as in a file that can't be opened. Empty if there was none; errors are only looked for
+  /// where reading is strict.
+  const std::string& FirstError() const { return fRules.fFirstError; }
+
+private:
+  struct Rules : xercesc::ErrorHandler, xercesc::EntityResolver {
+    void warning(const xercesc::SAXParseException&) override {}
+    void error(const xercesc::SAXParseException& exception) override { fatalError(exception); }
+    void fatalError(const xercesc::SAXParseException& exception) override;
+    void resetErrors() override {}
+    xercesc::InputSource* resolveEntity(const XMLCh*, const XMLCh*) override { return nullptr; }
+
+    std::string fFirstError;
+  };
+
+  [[noreturn]] void Refuse(const XMLCh* reason);
+  void Enter();
+  void Leave();
+
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
+                    const XMLCh* prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                    XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
+  void endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId, bool isRoot,
+                  const XMLCh* prefix) override;
+  void startEntityReference(const xercesc::XMLEntityDecl& declaration) override;
+  void endEntityReference(const xercesc::XMLEntityDecl& declaration) override;
+  void entityDecl(const xercesc::DTDEntityDecl& declaration, bool isParameter,
+                  bool isIgnored) override;
+  void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& declaration,
+              bool isIgnored) override;
+
+  xercesc::SecurityManager fSecurity;
+  Rules fRules;
+  bool fbStrict = false;
+  int fNLevels = 0;  // references and elements that are open inside the outermost reference
+};
+
+}  // namespace detail
+}  // namespace MCComXPrsUtil
