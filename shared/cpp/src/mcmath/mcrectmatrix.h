@@ -183,7 +183,8 @@ public:
 
   /// @name Dependent rows and columns
   /// The tests work on cross-products, so on squared norms, and take tolerances relative to the
-  /// norm of the row or column concerned. What depends on rows or columns before it is redundant.
+  /// norm of the row or column concerned; one below 1e-7 leaves it to rounding what counts as
+  /// dependent. What depends on rows or columns before it is redundant.
   /// An invalid matrix is refused, and so is a matrix of more than 65,535 rows or columns to test
   /// or one whose cross-products can't be allocated.
   ///@{
