@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <limits>
 
 namespace MCCommonMath {
 namespace detail {
@@ -129,6 +130,9 @@ DoubleDouble SeriesLog1pMinus(const DoubleDouble& r) {
 }  // namespace
 
 DoubleDouble Log(const DoubleDouble& x) {
+  if (x.fHigh < std::numeric_limits<double>::min()) {
+    return Log({x.fHigh * 0x1p64, 0.0}) - Log(0x1p64);
+  }
   // x = 2^k m with m from 2/3 to 4/3.
   constexpr std::uint64_t kTwoThirds = 0x3fe5555555555555;
   std::uint64_t bits = 0;
@@ -137,7 +141,7 @@ DoubleDouble Log(const DoubleDouble& x) {
   const std::uint64_t mantissa = bits - (static_cast<std::uint64_t>(k) << 52);
   double m = 0.0;
   std::memcpy(&m, &mantissa, sizeof m);
-  const double low = x.fLow == 0.0 ? 0.0 : std::ldexp(x.fLow, -k);
+  const double low = x.fLow * (m / x.fHigh);
   const LogarithmEntry& entry = kLogarithms[static_cast<int>(m * 128.0 + 0.5) - kFirst];
   // r = (m + low) c - 1, of which the first part is exact.
   const DoubleDouble product = ExactProduct(m, entry.fC);

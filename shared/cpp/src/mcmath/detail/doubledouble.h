@@ -70,7 +70,7 @@ inline DoubleDouble operator/(const DoubleDouble& a, const DoubleDouble& b) {
   return QuickSum(first, (rest.fHigh + rest.fLow) / b.fHigh);
 }
 
-/// ln(x) for positive normal x.fHigh, with a relative error of some 2^-74 for all of them, x near 1
+/// ln(x) for x > 0, with a relative error of some 2^-74 for all of them, x near 1
 /// included.
 DoubleDouble Log(const DoubleDouble& x);
 

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+// Incomplete beta ratios. Numerical method: A. R. DiDonato, A. H. Morris, Algorithm 708, ACM TOMS
+// 18 (1992), 360-373 (series and continued fraction); for large parameters near the mean a uniform
+// expansion after N. M. Temme, The uniform asymptotic expansion of a class of integrals related to
+// cumulative distribution functions, SIAM J. Math. Anal. 13 (1982), 239-253. The common factor
+// x^a y^b / B(a, b) is made of three densities of gamma variates.
+#include "mcmath/detail/incompletebeta.h"
+
+#include "mcmath/detail/loggamma.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace MCCommonMath {
+namespace detail {
+
+namespace {
+
+constexpr double kTolerance = 1e-17;
+
+// From here on ab/(a + b) is large.
+constexpr double kUniformFrom = 20.0;
+
+// A point with its parameters; a <= b, so that of both tails the lower one belongs to the smaller
+// parameter.
+struct BetaPoint {
+  double fA;
+  double fB;
+  DoubleDouble fX;
+  DoubleDouble fY;
+};
+
+// x^a y^b / B(a, b).
+ScaledExp BetaDensity(const BetaPoint& p) {
+  const DoubleDouble n = ExactSum(p.fA, p.fB);
+  const ScaledExp first = GammaDensity(p.fA, n * p.fX);
+  const ScaledExp second = GammaDensity(p.fB, n * p.fY);
+  const ScaledExp both = GammaDensity(n.fHigh, n.fHigh);
+  return {first.fFactor * second.fFactor / both.fFactor,
+          first.fExponent + second.fExponent - both.fExponent};
+}
+
+// I_x(a, b) a / density: 1 + (a+b)/(a+1) x + (a+b)(a+b+1)/((a+1)(a+2)) x^2 + ...
+double LowerSeries(double a, double b, double x) {
+  double sum = 0.0;
+  double term = 1.0;
+  for (double n = 0.0; term > kTolerance * sum; n += 1.0) {
+    term *= x * (a + b + n) / (a + 1.0 + n);
+    sum += term;
+  }
+  return 1.0 + sum;
+}
+
+// I_x(a, b) over its density by a continued fraction, as a sum, for x below the mean.
+double LowerFraction(double a, double b, double x, double y) {
+  const double distance = a * y - b * x;
+  double before = a * (distance + 1.0) / (a + 1.0);
+  double ratio = 0.0;
+  double term = 1.0;
+  double sum = 0.0;
+  const double first = before;
+  for (double m = 1.0; std::fabs(term) > kTolerance; m += 1.0) {
+    const double odd = a + 2.0 * m - 1.0;
+    const double w = m * (b - m) * x / odd;
+    const double above = (a + m - 1.0) * (a + b + m - 1.0) * x / odd * w;
+    const double below = m + w + (a + m) * (distance + 1.0 + m * (1.0 + y)) / (odd + 2.0);
+    const double product = above * (1.0 + ratio);
+    ratio = -product / (below * before + product);
+    term *= ratio;
+    sum += term;
+    before = below;
+  }
+  return (1.0 + sum) / first;
+}
+
+// The power series of w / v, where v = (x - p)/(pq), w^2/2 = -ln(1 + qv)/q - ln(1 - pv)/p, p and q
+// the shares of a and b; from v v' = w (1 + (q-p) v - pq v^2).
+void UniformCoefficients(double p, double q, double (&f)[kUniformTerms]) {
+  double v[kUniformTerms + 1] = {1.0};       // of v / w
+  double square[kUniformTerms + 1] = {1.0};  // of v^2 / w^2
+  f[0] = 1.0;
+  for (std::size_t k = 1; k < kUniformTerms; ++k) {
+    square[k] = 2.0 / static_cast<double>(k + 2) *
+                ((q - p) * v[k - 1] - (k >= 2 ? p * q * square[k - 2] : 0.0));
+    double products = 0.0;
+    for (std::size_t i = 1; i < k; ++i) products += v[i] * v[k - i];
+    v[k] = 0.5 * (square[k] - products);
+    double sum = v[k];
+    for (std::size_t i = 1; i < k; ++i) sum += v[i] * f[k - i];
+    f[k] = -sum;
+  }
+}
+
+Tails FromLower(double lower, double slope) {
+  return {lower, 1.0 - lower, slope};
+}
+
+Tails FromUpper(double upper, double slope) {
+  return {1.0 - upper, upper, slope};
+}
+
+Tails OfUpperSide(const BetaPoint& p, double slope) {
+  const double x = p.fX.fHigh;
+  const double y = p.fY.fHigh;
+  const bool isSeries = p.fB <= 2.0;
+  return FromUpper(isSeries ? slope / p.fB * LowerSeries(p.fB, p.fA, y)
+                            : slope * LowerFraction(p.fB, p.fA, y, x),
+                   slope);
+}
+
+// For a < 1 and x up to a pivot where b x is about 1. The upper tail, which may be small, is that
+// of the pivot and the integral between both, of t^(a-1) (1 - t)^(b-1) with a power series for its
+// second factor.
+Tails OfSmallParameter(const BetaPoint& p, double pivot, double slope) {
+  constexpr double kNotSmall = 0.7;
+  const double a = p.fA;
+  const double x = p.fX.fHigh;
+  const double lower = slope / a * LowerSeries(a, p.fB, x);
+  if (lower <= kNotSmall) return FromLower(lower, slope);
+  const BetaPoint at{a, p.fB, pivot, ExactSum(1.0, -pivot)};
+  const double beyond = OfUpperSide(at, BetaDensity(at).Value()).fUpper;
+  const double quotient = x / pivot;
+  const double power = std::pow(quotient, a);
+  double between = std::expm1(-a * std::log(quotient)) * power / a;
+  double term = 1.0;
+  double lowerPower = power;
+  for (double n = 1.0; std::fabs(term) > kTolerance; n += 1.0) {
+    term *= (n - p.fB) * pivot / n;
+    lowerPower *= quotient;
+    between += term * (1.0 - lowerPower) / (a + n);
+  }
+  // 1 / B(a, b) times the power of the pivot.
+  const double factor = slope / power * std::exp(-p.fB * std::log1p(-x));
+  return {lower, beyond + factor * between, slope};
+}
+
+Tails OfOrdered(const BetaPoint& p) {
+  const double a = p.fA;
+  const double b = p.fB;
+  const double n = a + b;
+  const double harmonic = a * (b / n);
+  const double x = p.fX.fHigh;
+  const ScaledExp density = BetaDensity(p);
+  const double slope = density.Value();
+  if (harmonic >= kUniformFrom) {
+    const DoubleDouble sum = ExactSum(a, b);
+    const DoubleDouble exponent = Deviance(a, sum * p.fX) + Deviance(b, sum * p.fY);
+    if (exponent.fHigh > -0.4 * harmonic) {
+      double f[kUniformTerms];
+      UniformCoefficients(a / n, b / n, f);
+      const double c = std::exp(StirlingRemainder(n) - StirlingRemainder(a) - StirlingRemainder(b));
+      const bool above = (sum * p.fX - a).fHigh > 0.0;
+      return UniformTails(harmonic, exponent, above, f, c, slope);
+    }
+  }
+  if (a >= 1.0) {
+    if (b * x > a * p.fY.fHigh) return OfUpperSide(p, slope);
+    return FromLower(slope / a * LowerSeries(a, b, x), slope);
+  }
+  const double pivot = b <= 2.0 ? 0.5 : 1.0 / b;
+  return x > pivot ? OfUpperSide(p, slope) : OfSmallParameter(p, pivot, slope);
+}
+
+}  // namespace
+
+Tails IncompleteBeta(double a, double b, const DoubleDouble& x, const DoubleDouble& y) {
+  if (a <= b) return OfOrdered({a, b, x, y});
+  const Tails swapped = OfOrdered({b, a, y, x});
+  return {swapped.fUpper, swapped.fLower, swapped.fSlope};
+}
+
+double IncompleteBetaNearZero(double a, double b, const DoubleDouble& logX) {
+  // The density at the mean, with its powers of x and y taken off again.
+  const DoubleDouble n = ExactSum(a, b);
+  const BetaPoint mean{a, b, a / n, b / n};
+  ScaledExp value = BetaDensity(mean);
+  value.fFactor /= a;
+  value.fExponent = value.fExponent + (logX - Log(mean.fX)) * a - Log(mean.fY) * b;
+  return value.Value();
+}
+
+}  // namespace detail
+}  // namespace MCCommonMath

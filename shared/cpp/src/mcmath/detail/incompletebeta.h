@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "mcmath/detail/doubledouble.h"
+#include "mcmath/detail/uniformtails.h"
+
+namespace MCCommonMath {
+namespace detail {
+
+/// Incomplete beta ratios I_x(a, b) and I_y(b, a) for finite a, b > 0 and x, y > 0 with x + y = 1,
+/// which are given both, in twice the precision, as neither may be had from the other.
+Tails IncompleteBeta(double a, double b, const DoubleDouble& x, const DoubleDouble& y);
+
+/// I_x(a, b) for an x so near to 0, given by its logarithm, that x^a / (a B(a, b)) is all of it.
+double IncompleteBetaNearZero(double a, double b, const DoubleDouble& logX);
+
+}  // namespace detail
+}  // namespace MCCommonMath

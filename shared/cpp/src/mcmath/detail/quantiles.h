@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace MCCommonMath {
+namespace detail {
+
+/// The x with P(a, x) = lower, where lower + upper = 1, both of them > 0; 0 by underflow. Newton
+/// steps from `start`, or from a start of its own unless that is positive and finite.
+double GammaQuantile(double a, double lower, double upper, double start);
+
+/// The odds x/(1-x) of the x with I_x(a, b) = lower, where lower + upper = 1, both of them > 0.
+/// May be 0 or infinite by underflow or overflow.
+double BetaQuantileOdds(double a, double b, double lower, double upper);
+
+}  // namespace detail
+}  // namespace MCCommonMath
