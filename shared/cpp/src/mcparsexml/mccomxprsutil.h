@@ -103,8 +103,8 @@ MC_EXPORT xercesc::DOMElement* CreateElement(xercesc::DOMDocument& document, con
 MC_EXPORT xercesc::DOMElement* CreateExtension(xercesc::DOMDocument& document, const char* name);
 
 /// Puts `child` among the children of `parent`, before `before` or, if that is null, at the end;
-/// where it stood before, it leaves. False with all unchanged if `child` is null, holds `parent` or
-/// is of another document, or if `before` is no child of `parent`.
+/// where it stood before, it leaves. False with all unchanged if `child` is null, is or
+/// holds `parent` or is of another document, or if `before` is no child of `parent`.
 MC_EXPORT bool InsertElement(xercesc::DOMElement& parent, xercesc::DOMElement* child,
                              xercesc::DOMElement* before);
 

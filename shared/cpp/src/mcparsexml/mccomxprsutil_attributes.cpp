@@ -3,7 +3,7 @@
 #include "mcparsexml/detail/utf.h"
 #include "mcparsexml/mccomxprsutil.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 

@@ -15,6 +15,11 @@ using xercesc::DOMDocument;
 using xercesc::DOMElement;
 namespace PMMLWord = MCCommonMetadata::detail::PMMLWord;
 
+// Xerces hangs an element below itself if asked to, and loses one that is to take its own place.
+bool IsChild(const DOMElement& parent, const DOMElement& child) {
+  return child.getParentNode() == &parent;
+}
+
 }  // namespace
 
 bool SetAttribute(DOMElement& element, const char* name, const char* value) {
@@ -44,12 +49,15 @@ DOMElement* CreateExtension(DOMDocument& document, const char* name) {
 }
 
 bool InsertElement(DOMElement& parent, DOMElement* child, DOMElement* before) {
-  return child != nullptr && detail::IsDone([&] { parent.insertBefore(child, before); });
+  if (child == nullptr || child == &parent) return false;
+  if (child == before) return IsChild(parent, *child);
+  return detail::IsDone([&] { parent.insertBefore(child, before); });
 }
 
 bool ReplaceElement(DOMElement& parent, DOMElement* newChild, DOMElement* oldChild) {
-  return newChild != nullptr && oldChild != nullptr &&
-         detail::IsDone([&] { parent.replaceChild(newChild, oldChild); });
+  if (newChild == nullptr || newChild == &parent || oldChild == nullptr) return false;
+  if (newChild == oldChild) return IsChild(parent, *oldChild);
+  return detail::IsDone([&] { parent.replaceChild(newChild, oldChild); });
 }
 
 }  // namespace MCComXPrsUtil

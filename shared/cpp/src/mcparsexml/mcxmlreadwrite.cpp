@@ -5,9 +5,12 @@
 #include "mcparsexml/detail/documentparser.h"
 #include "mcparsexml/detail/guarded.h"
 
+#include <utility>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/LocalFileFormatTarget.hpp>
+#include <xercesc/framework/XMLFormatter.hpp>
+#include <xercesc/util/IOException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLExceptMsgs.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 namespace MCComXPrsUtil {
@@ -24,6 +27,33 @@ struct Releases {
 template <class Released>
 using ReleasedPtr = std::unique_ptr<Released, Releases>;
 
+/// A file through Xerces's own functions and with its texts. Its class for this says nothing of
+/// what only fails when the file is closed, as on a disk that is full.
+class FileTarget : public xercesc::XMLFormatTarget {
+public:
+  explicit FileTarget(const char* name) : fFile(Platform::openFileToWrite(name)) {
+    if (fFile == nullptr) {
+      ThrowXML1(xercesc::IOException, xercesc::XMLExcepts::File_CouldNotOpenFile, name);
+    }
+  }
+  FileTarget(const FileTarget&) = delete;
+  FileTarget& operator=(const FileTarget&) = delete;
+  ~FileTarget() override {
+    if (fFile != nullptr) detail::IsDone([this] { Close(); });
+  }
+
+  void Close() { Platform::closeFile(std::exchange(fFile, nullptr)); }
+
+  void writeChars(const XMLByte* bytes, XMLSize_t count, xercesc::XMLFormatter*) override {
+    if (count > 0) Platform::writeBufferToFile(fFile, count, bytes);
+  }
+
+private:
+  using Platform = xercesc::XMLPlatformUtils;
+
+  xercesc::FileHandle fFile;
+};
+
 /// False if the serialiser gave up; throws what Xerces throws.
 bool Serialize(const xercesc::DOMDocument& document, const char* fileName) {
   auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"LS");
@@ -33,10 +63,12 @@ bool Serialize(const xercesc::DOMDocument& document, const char* fileName) {
   if (configuration->canSetParameter(prettyPrint, false)) {
     configuration->setParameter(prettyPrint, false);
   }
-  xercesc::LocalFileFormatTarget target(fileName);
+  FileTarget target(fileName);
   const ReleasedPtr<xercesc::DOMLSOutput> output(implementation->createLSOutput());
   output->setByteStream(&target);
-  return serializer->write(&document, output.get());
+  const bool isWritten = serializer->write(&document, output.get());
+  target.Close();
+  return isWritten;
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include "mcparsexml/detail/guarded.h"
 #include "regression/frame/detail/mcassert.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -66,11 +65,13 @@ std::string MCXTranscoder::TranscodeTo(const unsigned short* text) const {
   MCCommon::detail::Assert(text != nullptr, "sourceStr", kSource);
   const unsigned short* end = text;
   while (*end != 0) ++end;
-  return Encode(fpTranscoder.get(), std::u16string(text, end));
+  return TranscodeTo(std::u16string(text, end).c_str());
 }
 
 std::string MCXTranscoder::TranscodeTo(const XMLCh* text) const {
   MCCommon::detail::Assert(text != nullptr, "sourceStr", kSource);
+  // Xerces makes something of half a pair, too.
+  if (!detail::IsUTF16(text)) return {};
   return Encode(fpTranscoder.get(), text);
 }
 

@@ -106,6 +106,13 @@ std::string FromUTF16(const Unit* text) {
   return out;
 }
 
+bool IsUTF16(const XMLCh* text) {
+  while (*text != 0) {
+    if (NextOfUTF16(text) == kMalformed) return false;
+  }
+  return true;
+}
+
 template std::string FromUTF16(const unsigned short* text);
 template std::string FromUTF16(const XMLCh* text);
 

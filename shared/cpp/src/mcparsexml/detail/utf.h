@@ -15,6 +15,9 @@ std::u16string ToXMLCh(const char* text);
 template <class Unit>
 std::string FromUTF16(const Unit* text);
 
+/// Whether each half of a surrogate pair in `text`, up to a 0, has the other.
+bool IsUTF16(const XMLCh* text);
+
 extern template std::string FromUTF16(const unsigned short* text);
 extern template std::string FromUTF16(const XMLCh* text);
 
