@@ -13,7 +13,6 @@
 #include <fstream>
 #include <iostream>
 #include <limits>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -254,12 +253,13 @@ TEST(MCURandomXML, IsWrittenAsDocumented) {
             "\n\t\t<Int value=\"3965699877\"/>"
             "\n\t</Obj>\n");
   const std::string twister = Saved(MCURandom(0));
-  EXPECT_EQ(
-      twister.substr(0, 145),
+  const std::string head =
       "\n<Obj name=\"MCURandom\">"
       "\n\t<Int value=\"0\"/>\n\t<Int value=\"0\"/>\n\t<Int value=\"1\"/>\n\t<Int value=\"1\"/>"
-      "\n\t<Int value=\"624\"/>\n\t<Int value=\"0\"/>\n\t<Int value=\"1\"/>");
-  EXPECT_EQ(mctest::ReadSaved(*std::make_unique<MCURandom>(), twister), 632);
+      "\n\t<Int value=\"624\"/>\n\t<Int value=\"0\"/>\n\t<Int value=\"1\"/>\n";
+  EXPECT_EQ(twister.substr(0, head.size()), head);
+  MCURandom read;
+  EXPECT_EQ(mctest::ReadSaved(read, twister), 632);
 }
 
 TEST(MCURandomXML, HasADecimalPointInEveryLocale) {
@@ -298,7 +298,7 @@ TEST(MCURandomXML, IsRefusedWithItsValuesDamaged) {
   for (const std::string& whole : {Saved(MCURandom(4)), Saved(Congruential(5))}) {
     // Everything of the short form, heads, ends and samples of the long one.
     for (std::size_t place = 0; place < whole.size(); ++place) {
-      if (place > 300 && place + 200 < whole.size() && place % 37 != 0) continue;
+      if (place > 300 && place + 200 < whole.size() && place % 97 != 0) continue;
       for (const int bits : {1, 8}) {
         std::string damaged = whole;
         damaged[place] = static_cast<char>(damaged[place] ^ bits);
@@ -314,7 +314,7 @@ TEST(MCURandomXML, IsRefusedCutOffAnywhere) {
   };
   for (const std::string& whole : {Saved(MCURandom(4)), Saved(Congruential(5))}) {
     for (std::size_t size = 0; size < whole.size(); ++size) {
-      if (size > 200 && size + 100 < whole.size() && size % 37 != 0) continue;
+      if (size > 200 && size + 100 < whole.size() && size % 97 != 0) continue;
       ExpectRefused(whole.substr(0, size), read, "size " + std::to_string(size));
     }
   }

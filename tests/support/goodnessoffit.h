@@ -84,12 +84,13 @@ inline long double GammaCdf(long double shape, long double x) {
   return std::min(sum, 1.0L);
 }
 
-/// Beta: the continued fraction 26.5.8 of Abramowitz and Stegun (1964), from the bottom up.
+/// Beta with parameters up to 60: the continued fraction 26.5.8 of Abramowitz and Stegun (1964),
+/// from the bottom up.
 inline long double BetaCdf(long double a, long double b, long double x) {
   if (x <= 0.0L || x >= 1.0L) return x <= 0.0L ? 0.0L : 1.0L;
   if (x > a / (a + b)) return 1.0L - BetaCdf(b, a, 1.0L - x);
   long double fraction = 1.0L;
-  for (long double m = 200.0L; m >= 0.0L; m -= 1.0L) {
+  for (long double m = 50.0L; m >= 0.0L; m -= 1.0L) {
     const long double even = m * (b - m) * x / ((a + 2 * m - 1) * (a + 2 * m));
     const long double odd = -(a + m) * (a + b + m) * x / ((a + 2 * m) * (a + 2 * m + 1));
     fraction = 1.0L + odd / fraction;
