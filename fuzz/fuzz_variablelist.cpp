@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A save file of any bytes, read as a list of variables; then the list is used.
 #include "mcxml/ioexception.h"
+#include "memoryfile.h"
 #include "metadata/mcvarlist.h"
 #include "require.h"
 
@@ -10,28 +11,11 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
 using MCCommonMetadata::IMCEncoder;
 using MCCommonMetadata::MCVarList;
-
-/// A file in memory that is filled anew for each run.
-class MemoryFile {
-public:
-  MemoryFile() : fHandle(memfd_create("savefile", 0)) { Require(fHandle >= 0); }
-
-  std::string Fill(const std::uint8_t* bytes, std::size_t size) {
-    Require(ftruncate(fHandle, 0) == 0);
-    Require(pwrite(fHandle, bytes, size, 0) == static_cast<ssize_t>(size));
-    return "/proc/self/fd/" + std::to_string(fHandle);
-  }
-
-private:
-  int fHandle;
-};
 
 // The library says on the standard streams that it fails, which is every other run.
 void Mute() {
@@ -86,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   static MemoryFile file;
   Mute();
   MCVarList list;
-  if (Read(list, file.Fill(bytes, size))) {
+  if (Read(list, file.Fill({reinterpret_cast<const char*>(bytes), size}))) {
     const MCVarList copy(list);
     Require(Saved(copy) == Saved(list));
   } else {

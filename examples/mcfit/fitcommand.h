@@ -2,20 +2,14 @@
 #pragma once
 
 #include "command.h"
-#include "fitrequest.h"
+#include "fitoptions.h"
 #include "regressionkind.h"
 
 #include <CLI/CLI.hpp>
 
 #include <memory>
-#include <optional>
-#include <string>
 
 namespace mcfit {
-
-/// Declares the options that say where a fit puts what it finds: `--predict`, `--out`, `--pmml`.
-/// Both arguments must outlive the parsing.
-void DeclareResultOptions(CLI::App& command, FitRequest& request);
 
 /// A subcommand that takes a regression from the command line. Here stand the options of all
 /// kinds; a kind adds its own.
@@ -36,17 +30,8 @@ protected:
   virtual std::unique_ptr<RegressionKind> Kind() const = 0;
 
 private:
-  void DeclareModelOptions();
-  void DeclareOtherOptions();
-  FitRequest Request() const;
-
   CLI::App* fpApp;
-  FitRequest fRequest;  // what needs no parsing
-  std::string fFactors;
-  std::string fCovariates;
-  std::optional<std::string> fEffects;
-  std::string fMissing;
-  bool fbNoIntercept = false;
+  FitOptions fOptions;
 };
 
 }  // namespace mcfit

@@ -74,12 +74,15 @@ ModelDesign Design(const FitRequest& request, const EffectBuilder& builder) {
   design.effects = request.effects ? builder.BuildAll(*request.effects) : builder.MainEffects();
   design.hasIntercept = request.hasIntercept;
   design.tolerance = request.tolerance;
-  const std::vector<std::string> unused = builder.Unused(design.effects);
-  if (!unused.empty()) {
-    Note(fmt::format("note: no effect uses {}; rows where it is missing are dropped all the same",
-                     QuotedList(unused)));
-  }
+  if (request.pmml) CheckPmmlDesign(design);
   return design;
+}
+
+void NoteUnused(const ModelDesign& design, const EffectBuilder& builder) {
+  const std::vector<std::string> unused = builder.Unused(design.effects);
+  if (unused.empty()) return;
+  Note(fmt::format("note: no effect uses {}; rows where it is missing are dropped all the same",
+                   QuotedList(unused)));
 }
 
 ModelColumns Columns(const FitRequest& request, const RegressionKind& kind) {
@@ -90,14 +93,20 @@ ModelColumns Columns(const FitRequest& request, const RegressionKind& kind) {
 
 }  // namespace
 
+void CheckFit(const FitRequest& request, const RegressionKind& kind) {
+  CheckOptions(request);
+  kind.CheckOptions(request.names);
+  const RecordLayout layout(Columns(request, kind));
+  Design(request, EffectBuilder(layout));
+}
+
 void RunFit(const FitRequest& request, RegressionKind& kind) {
   CheckOptions(request);
   kind.CheckOptions(request.names);
   const RecordLayout layout(Columns(request, kind));
   const EffectBuilder builder(layout);
   const ModelDesign design = Design(request, builder);
-
-  if (request.pmml) CheckPmmlDesign(design);
+  NoteUnused(design, builder);
 
   CsvReader reader(request.data);
   std::optional<Prediction> prediction;

@@ -6,6 +6,9 @@
 
 namespace mcfit {
 
+/// Throws InputError for a request that no data could satisfy.
+void CheckFit(const FitRequest& request, const RegressionKind& kind);
+
 /// Fits a regression to a CSV file, prints its report and, as the request has it, writes the model
 /// as PMML and scores a second file. Throws InputError, ModelError and Interrupted; files that it
 /// didn't finish don't appear.

@@ -3,7 +3,13 @@
 
 #include "fitcommand.h"
 
+#include <vector>
+
 namespace mcfit {
+
+/// Declares the options of logistic regressions to the parser and answers them. Both arguments must
+/// outlive the parsing.
+std::vector<CLI::Option*> DeclareLogisticOptions(CLI::App& command, LogisticOptions& options);
 
 /// `mcfit logistic`: fits a multinomial logistic regression.
 class LogisticCommand : public FitCommand {

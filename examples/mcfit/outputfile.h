@@ -42,6 +42,9 @@ public:
 
   void Write(std::string_view text);
 
+  /// The file as it is until Commit(), for what writes to files by their names.
+  const std::string& Unfinished() const { return fWritten; }
+
   /// Ends the writing and puts the file in its place.
   void Commit();
 

@@ -6,6 +6,10 @@
 #include "interrupt.h"
 #include "linearcommand.h"
 #include "logisticcommand.h"
+#ifdef MCFIT_WITH_XERCES
+#include "mergecommand.h"
+#include "splitcommand.h"
+#endif
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -28,6 +32,10 @@ int RunCommands(int argc, char** argv) {
   commands.push_back(std::make_unique<LinearCommand>(app));
   commands.push_back(std::make_unique<LogisticCommand>(app));
   commands.push_back(std::make_unique<DescribeCommand>(app));
+#ifdef MCFIT_WITH_XERCES
+  commands.push_back(std::make_unique<SplitCommand>(app));
+  commands.push_back(std::make_unique<MergeCommand>(app));
+#endif
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

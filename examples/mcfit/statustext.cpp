@@ -57,14 +57,17 @@ const char* RoleText(Role role) {
 
 }  // namespace
 
-std::string StatusText(const MCCommon::MCStatus& status, const RecordLayout& layout) {
+std::string StatusText(const MCCommon::MCStatus& status) {
   const long code = status.GetErrorCode();
   const auto entry = std::find_if(std::begin(kStatusEntries), std::end(kStatusEntries),
                                   [code](const StatusEntry& e) { return e.code == code; });
   const char* severity = status.IsWarning() ? "warning" : "error";
   if (entry == std::end(kStatusEntries)) return fmt::format("{} {}: unknown code", severity, code);
-  return fmt::format("{} {} ({}): {}{}", severity, code, entry->name, entry->text,
-                     DataText(status, layout));
+  return fmt::format("{} {} ({}): {}", severity, code, entry->name, entry->text);
+}
+
+std::string StatusText(const MCCommon::MCStatus& status, const RecordLayout& layout) {
+  return StatusText(status) + DataText(status, layout);
 }
 
 std::string DroppedRowsText(const RowCounts& counts, const RecordLayout& layout) {

@@ -9,8 +9,11 @@
 
 namespace mcfit {
 
-/// The status in words, with its severity, number and name, and with its data where it has some
-/// that tell the user more: "error 307 (MCS_NO_DATA): ...".
+/// The status in words, with its severity, number and name: "error 106 (MCS_PMML_NO_DICTIONARY):
+/// ...".
+std::string StatusText(const MCCommon::MCStatus& status);
+
+/// The same with the data of the status where they tell the user more of a build.
 std::string StatusText(const MCCommon::MCStatus& status, const RecordLayout& layout);
 
 /// One line per reason for which rows were dropped, each with its number; empty if none was.

@@ -210,6 +210,10 @@ TEST(MCXSplitPMMLCombinerState, PiecesAsDeepAsCanBeWrittenAreMerged) {
   Fixture fixture;
   EXPECT_TRUE(fixture.Add(model.Text()).IsOK());
   EXPECT_TRUE(fixture.Add(model.Text()).IsOK());
+  SplitModel tooDeep = model;
+  tooDeep.content = Nested(9996);
+  EXPECT_TRUE(IsError(fixture.Add(tooDeep.Text()), 104));
+  EXPECT_THAT(fixture.combiner.GetXercesMessage(), HasSubstr("elements too deep"));
   EXPECT_THAT(fixture.Export(), HasSubstr(Nested(9994, "").substr(0, 11 * 9994)));
 }
 

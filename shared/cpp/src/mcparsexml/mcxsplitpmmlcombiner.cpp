@@ -83,7 +83,11 @@ MCStatus MCXSplitPMMLCombiner::AddModel(const std::string& fileName,
   reader.SetStrict(IsStrict());
   fStatus = reader.ParseToDOM(fileName);
   fXercesMessage = reader.GetXercesMessage();
-  if (fStatus.IsOK()) fStatus = ParseSplitModelXML(*reader.GetDocument(), splitValues);
+  if (!fStatus.IsOK()) return fStatus;
+  fStatus = ParseSplitModelXML(*reader.GetDocument(), splitValues);
+  if (fStatus.GetErrorCode() == MCCommon::MCS_XML_PARSE) {
+    fXercesMessage = "the file holds what can't be written again: elements too deep, or controls";
+  }
   return fStatus;
 }
 

@@ -62,7 +62,8 @@ public:
   void SetStrict(bool isStrict) { fXerces.SetStrict(isStrict); }
   bool IsStrict() const { return fXerces.IsStrict(); }
 
-  /// What Xerces said of the last file that was read or written, in UTF-8; empty without a failure.
+  /// Why the last file could not be read, merged or written (103, 104, 118), in UTF-8 and mostly in
+  /// Xerces's words; empty without such a failure, or where there are no words for it.
   std::string GetXercesMessage() const { return fXercesMessage; }
 
   /// Merges the model of a file, for the rows in which the split variables have these values, in

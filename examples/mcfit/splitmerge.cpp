@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "splitmerge.h"
+
+#include "errors.h"
+#include "interrupt.h"
+#include "labeltable.h"
+#include "mcparsexml/mcxsplitpmmlcombiner.h"
+#include "metadata/mcvarlist.h"
+#include "outputfile.h"
+#include "statustext.h"
+#include "text.h"
+
+#include <fmt/format.h>
+
+namespace mcfit {
+
+using MCComXPrsUtil::MCXSplitPMMLCombiner;
+
+namespace {
+
+void RequireXmlText(const std::string& text) {
+  if (IsXmlText(text)) return;
+  throw InputError(
+      fmt::format("XML can't hold the split value {}, which isn't UTF-8 or has control characters",
+                  Quoted(text)));
+}
+
+std::vector<std::string> ValuesOf(std::size_t variable, const std::vector<SplitModel>& models) {
+  LabelTable labels;
+  for (const SplitModel& model : models) {
+    RequireXmlText(model.values[variable]);
+    labels.Add(model.values[variable]);
+  }
+  labels.Sort();
+  std::vector<std::string> values;
+  for (int code = 0; code < labels.Size(); ++code) values.push_back(labels.Label(code));
+  return values;
+}
+
+MCCommonMetadata::MCVarList SplitVariables(const std::vector<std::string>& names,
+                                           const std::vector<SplitModel>& models) {
+  MCCommonMetadata::MCVarList variables;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    RequireXmlText(names[i]);
+    variables.AddCatVar(names[i], "", ValuesOf(i, models), MCCommonMetadata::MC_ROLE_INPUT);
+  }
+  return variables;
+}
+
+void Require(const MCCommon::MCStatus& status, const std::string& file,
+             const MCXSplitPMMLCombiner& combiner) {
+  if (!status.IsError()) return;
+  const std::string message = combiner.GetXercesMessage();
+  throw InputError(fmt::format("{}: {}", Printable(file),
+                               message.empty() ? StatusText(status) : Printable(message)));
+}
+
+}  // namespace
+
+std::string CombinationText(const std::vector<std::string>& names,
+                            const std::vector<std::string>& values) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    text += fmt::format("{}{}={}", i == 0 ? "" : ",", names[i], values[i]);
+  }
+  return text;
+}
+
+void MergeModels(const std::vector<std::string>& names, const std::vector<SplitModel>& models,
+                 const std::string& out) {
+  OutputFile file(out);
+  MCXSplitPMMLCombiner combiner(SplitVariables(names, models));
+  combiner.SetStrict(true);
+  for (const SplitModel& model : models) {
+    StopIfInterrupted();
+    Require(combiner.AddModel(model.path, model.values), model.path, combiner);
+  }
+  Require(combiner.ExportMiningModel(file.Unfinished()), out, combiner);
+  file.Commit();
+}
+
+}  // namespace mcfit

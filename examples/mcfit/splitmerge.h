@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace mcfit {
+
+/// A PMML file of a model that was built on the rows in which the split columns have these values.
+struct SplitModel {
+  std::vector<std::string> values;
+  std::string path;
+};
+
+/// The values as messages and file names tell them: "region=north,year=2025".
+std::string CombinationText(const std::vector<std::string>& names,
+                            const std::vector<std::string>& values);
+
+/// Merges the models into one PMML document, which appears under its name when it is complete.
+/// `names`: the split columns; their categories are the values that the models have. Throws
+/// InputError, which names the file, for one that can't be merged.
+void MergeModels(const std::vector<std::string>& names, const std::vector<SplitModel>& models,
+                 const std::string& out);
+
+}  // namespace mcfit
