@@ -4,6 +4,7 @@
 #include "mcparsexml/mccomxprsutil.h"
 
 #include <cstddef>
+#include <string>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -13,6 +14,30 @@ namespace {
 
 using xercesc::DOMElement;
 using xercesc::DOMNode;
+
+/// The name of an attribute for Xerces. Those of a document's vocabulary are short and ASCII, and
+/// asked for thousands of times: they are converted without an allocation.
+class AttributeName {
+public:
+  explicit AttributeName(const char* name) {
+    std::size_t length = 0;
+    for (; name != nullptr && IsAscii(name[length]) && length < kLongestShort; ++length) {
+      fShort[length] = static_cast<XMLCh>(name[length]);
+    }
+    const bool isWhole = name == nullptr || name[length] == 0;
+    fShort[isWhole ? length : 0] = 0;
+    if (!isWhole) fLong = detail::ToXMLCh(name);
+  }
+
+  const XMLCh* Get() const { return fLong.empty() ? fShort : fLong.c_str(); }
+
+private:
+  static constexpr std::size_t kLongestShort = 31;
+  static bool IsAscii(char c) { return c != 0 && static_cast<unsigned char>(c) < 0x80; }
+
+  XMLCh fShort[kLongestShort + 1];
+  std::u16string fLong;
+};
 
 /// Appends the numbers of `text` to `list`. False, somewhere on the way, if a word is none.
 bool AppendDoubles(const XMLCh* text, std::vector<double>& list) {
@@ -33,7 +58,7 @@ bool AppendDoubles(const XMLCh* text, std::vector<double>& list) {
 }  // namespace
 
 const XMLCh* GetAttribute(const DOMElement& element, const char* name) {
-  const xercesc::DOMAttr* attribute = element.getAttributeNode(detail::ToXMLCh(name).c_str());
+  const xercesc::DOMAttr* attribute = element.getAttributeNode(AttributeName(name).Get());
   return attribute != nullptr ? attribute->getValue() : nullptr;
 }
 

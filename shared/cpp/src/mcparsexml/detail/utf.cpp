@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcparsexml/detail/utf.h"
 
+#include <cstddef>
+
 // Loops of our own, since every name and value of a document passes here: a transcoder of Xerces
 // costs more to make than a word to convert.
 
@@ -97,8 +99,12 @@ std::u16string ToXMLCh(const char* text) {
 
 template <class Unit>
 std::string FromUTF16(const Unit* text) {
-  std::string out;
-  while (text != nullptr && *text != 0) {
+  if (text == nullptr) return {};
+  const Unit* end = text;  // of what is ASCII, as most texts are
+  while (*end != 0 && *end < 0x80) ++end;
+  std::string out(static_cast<std::size_t>(end - text), '\0');
+  for (char& c : out) c = static_cast<char>(*text++);
+  while (*text != 0) {
     const char32_t character = NextOfUTF16(text);
     if (character == kMalformed) return {};
     AppendUTF8(character, out);
