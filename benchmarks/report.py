@@ -38,6 +38,11 @@ GROUPS = [
     ("Exporting and writing a dictionary of 10,000 variables", "WriteDictionary", [], {}),
     ("Writing a string array of 1,000,000 numbers", "WriteNumbers", [], {}),
     ("Exporting and writing it", "ExportAndWriteNumbers", [], {}),
+    ("Reading a dictionary of n fields, a field", "ReadFields", ["ReadFieldsPeerXerces"], {"10000": 1.3}),
+    ("Reading n categories of one field, a category", "ReadTexts", ["ReadTextsPeerXerces"], {"100000": 1.3}),
+    ("Reading n numeric categories, a category", "ReadNumbers", ["ReadNumbersPeerXerces"], {"100000": 1.3}),
+    ("FillVarList, a field", "FillFields", [], {}),
+    ("FillVarList with names and bins, a field", "FillNamedFieldsWithBins", [], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
@@ -62,6 +67,8 @@ PEER_NAMES = {
     "CholeskyPeerEigen": "Eigen LLT", "CholeskyPlainLoop": "plain loop",
     "LookupUnorderedMap": "std::unordered_map", "LookupMap": "std::map",
     "EncodeNumbersPeerHash": "std::unordered_map", "EncodeStringsPeerHash": "std::unordered_map",
+    "ReadFieldsPeerXerces": "Xerces's parse", "ReadTextsPeerXerces": "Xerces's parse",
+    "ReadNumbersPeerXerces": "Xerces's parse",
     "RowPlainCounts": "counts in arrays",
     "MultinomialPlainLoop": "plain loop with exp and log of the C library",
     "PassOneByOne": "UpdateForRow one by one", "TrialOneByOne": "UpdateForRow one by one",
