@@ -48,7 +48,9 @@ public:
 
   /// Tolerance of the Cholesky factorisation of E: row k of E is redundant, and counts as dependent
   /// on the rows before, unless what they leave of its diagonal is above tol * E(k, k). Plays no
-  /// part without E. False, with nothing changed, unless 0 <= tol < infinity. Default 1e-12.
+  /// part without E. From about 1e-13 down rounding decides about the rows of a singular E, and
+  /// whether what it leaves looks valid. False, with nothing changed, unless 0 <= tol < infinity.
+  /// Default 1e-12.
   bool SetTolerance(double tol);
   double GetTolerance() const { return fTol; }
 

@@ -80,16 +80,14 @@ public:
   ImplicitQL(std::vector<double>& diagonal, std::vector<double>& subdiagonal,
              RotatedVectors* vectors)
       : fD(diagonal), fE(subdiagonal), fpVectors(vectors) {
-    double largest = 0.0;
-    for (const double x : fD) largest = std::max(largest, std::abs(x));
-    for (const double x : fE) largest = std::max(largest, std::abs(x));
-    fFloor = largest * 0x1p-500;
+    for (const double x : fD) fLargest = std::max(fLargest, std::abs(x));
+    for (const double x : fE) fLargest = std::max(fLargest, std::abs(x));
   }
 
   // Turns diagonal element `row` into an eigenvalue. False if that takes more than maxIter steps.
   bool Isolate(std::size_t row, int maxIter) {
     for (int iteration = 0;; ++iteration) {
-      const std::size_t end = BlockEnd(row);
+      const std::size_t end = BlockEnd(row, iteration < kPatience ? 0x1p-500 : kUnit);
       if (end == row) return true;
       if (iteration == maxIter) return false;
       Step(row, end);
@@ -97,13 +95,21 @@ public:
   }
 
 private:
-  // Last row of the block that begins at `row`: the first that isn't coupled to the next.
-  std::size_t BlockEnd(std::size_t row) const {
-    constexpr double kUnit = std::numeric_limits<double>::epsilon() / 2.0;
+  static constexpr double kUnit = std::numeric_limits<double>::epsilon() / 2.0;
+
+  // Small values of a graded matrix keep their digits if couplings count as zero only beside their
+  // own diagonal elements. Among what rounding has left of zeros, over many orders of magnitude,
+  // that may take long: then it is enough that they are small beside the matrix.
+  static constexpr int kPatience = 8;
+
+  // Last row of the block that begins at `row`: the first that isn't coupled to the next. What is
+  // `negligible` times the largest element is no coupling.
+  std::size_t BlockEnd(std::size_t row, double negligible) const {
+    const double floor = negligible * fLargest;
     std::size_t end = row;
     for (; end + 1 < fD.size(); ++end) {
       const double coupling = std::abs(fE[end]);
-      if (coupling <= fFloor) break;
+      if (coupling <= floor) break;
       if (coupling <= kUnit * (std::abs(fD[end]) + std::abs(fD[end + 1]))) break;
     }
     return end;
@@ -150,7 +156,7 @@ private:
   std::vector<double>& fD;
   std::vector<double>& fE;
   RotatedVectors* fpVectors;
-  double fFloor;
+  double fLargest = 0.0;
 };
 
 }  // namespace
