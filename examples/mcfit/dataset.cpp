@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace mcfit {
 
@@ -54,7 +55,8 @@ Dataset::Dataset(CsvReader& reader, const RecordLayout& layout, const MissingCel
     : fLayout(&layout),
       fCounts(layout.Columns().size()),
       fLabels(layout.LabelledPositions().size()) {
-  const RowEncoder encoder(reader, layout, kAllRoles, missing);
+  AddDeclaredLabels();
+  RowEncoder encoder(reader, layout, kAllRoles, missing);
   std::vector<double> record;
   while (reader.NextRow()) {
     StopIfInterrupted();
@@ -66,7 +68,23 @@ Dataset::Dataset(CsvReader& reader, const RecordLayout& layout, const MissingCel
       progress.Show(fmt::format("reading {}: {} rows", reader.Name(), fCounts.read));
     }
   }
+  fUndeclared = encoder.Undeclared();
   SortLabels();
+}
+
+bool Dataset::HasDeclaredLabels(std::size_t table) const {
+  const Declaration* declaration = fLayout->At(fLayout->LabelledPositions()[table]).declaration;
+  return declaration != nullptr && !declaration->Labels().empty();
+}
+
+void Dataset::AddDeclaredLabels() {
+  for (std::size_t i = 0; i < fLabels.size(); ++i) {
+    if (!HasDeclaredLabels(i)) continue;
+    const int position = fLayout->LabelledPositions()[i];
+    for (const std::string& label : fLayout->At(position).declaration->Labels()) {
+      fLabels[i].Add(label);
+    }
+  }
 }
 
 void Dataset::CountCategory(const std::vector<double>& record) {
@@ -81,7 +99,14 @@ void Dataset::CountCategory(const std::vector<double>& record) {
 }
 
 void Dataset::SortLabels() {
-  for (LabelTable& labels : fLabels) fFinalCodes.push_back(labels.Sort());
+  for (std::size_t i = 0; i < fLabels.size(); ++i) {
+    if (!HasDeclaredLabels(i)) {
+      fFinalCodes.push_back(fLabels[i].Sort());
+    } else {
+      fFinalCodes.emplace_back(static_cast<std::size_t>(fLabels[i].Size()));
+      std::iota(fFinalCodes.back().begin(), fFinalCodes.back().end(), 0);
+    }
+  }
   if (!fLayout->DependentHasLabels()) return;
   fCategoryCounts.resize(fFinalCodes[0].size());
   fCategoryCounts = Rearranged(fCategoryCounts, fFinalCodes[0]);

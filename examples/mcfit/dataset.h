@@ -49,7 +49,11 @@ public:
   const RecordLayout& Layout() const { return *fLayout; }
   const RowCounts& Counts() const { return fCounts; }
 
-  /// The labels of each labelled position of the layout, with their final codes.
+  /// Cells that the declarations don't know, by position.
+  const std::vector<UndeclaredCells>& Undeclared() const { return fUndeclared; }
+
+  /// The labels of each labelled position of the layout, with their final codes: those of the
+  /// declaration or, where categories aren't declared, in the order in which labels sort.
   const std::vector<LabelTable>& Labels() const { return fLabels; }
 
   /// The labels of the position, which must be a labelled one.
@@ -58,11 +62,11 @@ public:
   }
 
   /// Gives the categories of a dependent that has labels the codes that a logistic fit is to see:
-  /// first the K categories that the rows in use have, as labels sort but the reference last, so
+  /// first the K categories that the rows in use have, in their order but the reference last, so
   /// that they are 0 to K - 1; behind them the categories of rows that are dropped. The library
   /// lists categories in this very order, so a code is also the place of its category in there.
   ///
-  /// `reference`: a label, or else "first" or "last" of the K as labels sort. Answers its code, K
+  /// `reference`: a label, or else "first" or "last" of the K. Answers its code, K
   /// or more for a category that only dropped rows have; -1 if no row is in use. Throws InputError
   /// if no row has the label; `option` is what it names it by. To be called once, before the
   /// records are read back.
@@ -82,13 +86,16 @@ public:
 
 private:
   void CountCategory(const std::vector<double>& record);
+  void AddDeclaredLabels();
   void SortLabels();
+  bool HasDeclaredLabels(std::size_t table) const;
   int ReferenceCode(const std::string& reference, const std::string& option,
                     const std::vector<int>& used) const;
 
   const RecordLayout* fLayout;
   RowFile fRows;
   RowCounts fCounts;
+  std::vector<UndeclaredCells> fUndeclared;
   std::vector<LabelTable> fLabels;
   std::vector<CategoryCount> fCategoryCounts;
   std::vector<std::vector<int>> fFinalCodes;

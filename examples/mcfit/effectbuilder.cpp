@@ -69,7 +69,7 @@ int EffectBuilder::PositionOf(const EffectTerm& term, const EffectExpression& ex
   const int position = fLayout.PositionOfPredictor(term.name);
   if (position < 0) {
     Fail(expression,
-         fmt::format("{} is neither in --factors nor in --covariates", Quoted(term.name)));
+         fmt::format("{} is neither a factor nor a covariate of the model", Quoted(term.name)));
   }
   return position;
 }

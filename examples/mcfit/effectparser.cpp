@@ -138,8 +138,8 @@ auto TakeList(Scanner& scanner, Take take) {
 
 }  // namespace
 
-std::vector<EffectExpression> ParseEffects(std::string_view text) {
-  Scanner scanner(text, "--effects");
+std::vector<EffectExpression> ParseEffects(std::string_view text, std::string_view option) {
+  Scanner scanner(text, option);
   return TakeList(scanner, TakeEffect);
 }
 

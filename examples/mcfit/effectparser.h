@@ -32,8 +32,10 @@ inline constexpr int kHighestPower = 100;
 ///
 /// A name is any text without blanks and , * ^ ( ) " or any text in double quotes, where a doubled
 /// quote stands for one. Blanks between the parts don't count. An empty or blank text is no
-/// effects. Throws InputError, with the place where reading stopped, for all else.
-std::vector<EffectExpression> ParseEffects(std::string_view text);
+/// effects. Throws InputError, with the place where reading stopped, for all else; `option` is what
+/// it names the text by.
+std::vector<EffectExpression> ParseEffects(std::string_view text,
+                                           std::string_view option = "--effects");
 
 /// Parses names with commas between them, for the option that messages are to name.
 std::vector<std::string> ParseNames(std::string_view text, std::string_view option);

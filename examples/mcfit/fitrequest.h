@@ -22,7 +22,8 @@ struct FitRequest {
   bool hasIntercept = true;
   double tolerance = 1e-12;
   int digits = 7;
-  std::optional<std::string> predict;  // with `out` or neither
+  std::optional<std::string> settings;  // the document that asks, if it is one
+  std::optional<std::string> predict;   // with `out` or neither
   std::optional<std::string> out;
   std::optional<std::string> pmml;
 };

@@ -53,6 +53,7 @@ void CheckFiles(const FitRequest& request) {
   OutputPaths paths;
   paths.AddInput(request.data);
   if (request.predict) paths.AddInput(*request.predict);
+  if (request.settings) paths.AddInput(*request.settings);
   if (request.out) paths.AddOutput("--out", *request.out);
   if (request.pmml) paths.AddOutput("--pmml", *request.pmml);
 }
@@ -83,6 +84,17 @@ void NoteUnused(const ModelDesign& design, const EffectBuilder& builder) {
   if (unused.empty()) return;
   Note(fmt::format("note: no effect uses {}; rows where it is missing are dropped all the same",
                    QuotedList(unused)));
+}
+
+void NoteUndeclaredCells(const Dataset& data) {
+  for (int i = 0; i < data.Layout().Width(); ++i) {
+    const UndeclaredCells& cells = data.Undeclared()[static_cast<std::size_t>(i)];
+    if (cells.count == 0) continue;
+    Note(
+        fmt::format("note: column {}: {} cells hold what isn't declared, such as {}, and count as "
+                    "missing",
+                    Quoted(data.Layout().At(i).name), cells.count, Quoted(cells.first)));
+  }
 }
 
 ModelColumns Columns(const FitRequest& request, const RegressionKind& kind) {
@@ -116,6 +128,7 @@ void RunFit(const FitRequest& request, RegressionKind& kind) {
 
   ProgressLine progress(stderr);
   Dataset data(reader, layout, request.missing, progress);
+  NoteUndeclaredCells(data);
   kind.Prepare(data, request.names);
   if (prediction) prediction->SetColumns(kind.ScoreColumns(data));
   const std::unique_ptr<FittedModel> model = kind.Fit(data, design, request.digits, progress);

@@ -7,6 +7,8 @@
 #include "linearcommand.h"
 #include "logisticcommand.h"
 #ifdef MCFIT_WITH_XERCES
+#include "documents/buildcommand.h"
+#include "documents/dictionarycommand.h"
 #include "mergecommand.h"
 #include "splitcommand.h"
 #endif
@@ -33,6 +35,8 @@ int RunCommands(int argc, char** argv) {
   commands.push_back(std::make_unique<LogisticCommand>(app));
   commands.push_back(std::make_unique<DescribeCommand>(app));
 #ifdef MCFIT_WITH_XERCES
+  commands.push_back(std::make_unique<BuildCommand>(app));
+  commands.push_back(std::make_unique<DictionaryCommand>(app));
   commands.push_back(std::make_unique<SplitCommand>(app));
   commands.push_back(std::make_unique<MergeCommand>(app));
 #endif

@@ -29,7 +29,7 @@ const char* OptionOf(Role role) {
 }  // namespace
 
 RecordLayout::RecordLayout(const ModelColumns& columns)
-    : fbDependentHasLabels(columns.dependentHasLabels) {
+    : fDeclarations(columns.declarations), fbDependentHasLabels(columns.dependentHasLabels) {
   Add(columns.dependent, Role::kDependent);
   for (const std::string& name : columns.factors) Add(name, Role::kFactor);
   for (const std::string& name : columns.covariates) Add(name, Role::kCovariate);
@@ -48,7 +48,7 @@ void RecordLayout::Add(const std::string& name, Role role) {
     throw InputError(fmt::format("column {} stands in {} and in {}; a column takes one role",
                                  Quoted(name), first, second));
   }
-  fColumns.push_back({name, role});
+  fColumns.push_back({name, role, fDeclarations ? fDeclarations->Find(name) : nullptr});
 }
 
 std::vector<int> RecordLayout::Positions(Role role) const {

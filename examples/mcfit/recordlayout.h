@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "declaration.h"
+
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace mcfit {
 
-/// The columns that a regression uses, by name, as the options tell them.
+/// The columns that a regression uses, by name, and what is declared of them.
 struct ModelColumns {
   std::string dependent;
   bool dependentHasLabels = false;  ///< it holds categories and not numbers
@@ -15,6 +18,7 @@ struct ModelColumns {
   std::vector<std::string> covariates;
   std::optional<std::string> frequency;
   std::optional<std::string> weight;
+  std::shared_ptr<const Declarations> declarations;  // null: the cells alone tell what they are
 };
 
 enum class Role { kDependent, kFactor, kCovariate, kFrequency, kWeight };
@@ -26,6 +30,7 @@ public:
   struct Column {
     std::string name;
     Role role;
+    const Declaration* declaration;  // null if nothing is declared of it
   };
 
   /// Throws InputError for a column that is named twice.
@@ -57,6 +62,7 @@ private:
   void Add(const std::string& name, Role role);
   bool IsLabelled(int position) const;
 
+  std::shared_ptr<const Declarations> fDeclarations;
   std::vector<Column> fColumns;
   bool fbDependentHasLabels;
 };

@@ -10,6 +10,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace mcfit {
 
 using MCCommonMetadata::MCVarList;
@@ -29,6 +31,7 @@ public:
         fPerBlock(fParameters.size() / fBlocks) {}
 
   void Write() {
+    AddBins();
     fModel.AddAttribute("modelType", fTerms.modelType);
     fModel.AddAttribute("targetVariableName", NameAt(Layout().Position(Role::kDependent)));
     AddParameters();
@@ -42,6 +45,13 @@ public:
 private:
   const RecordLayout& Layout() const { return fFitted.Layout(); }
   const std::string& NameAt(int position) const { return Layout().At(position).name; }
+  const Declaration* DeclarationAt(int position) const { return Layout().At(position).declaration; }
+  bool HasBins(int position) const {
+    return DeclarationAt(position) != nullptr && DeclarationAt(position)->Bins();
+  }
+  std::string PredictorAt(int position) const {
+    return HasBins(position) ? NameOfBins(position) : NameAt(position);
+  }
   const std::string& LabelAt(int position, int code) const {
     return fFitted.Data().LabelsAt(position).Label(code);
   }
@@ -58,6 +68,42 @@ private:
         attribute, LabelAt(Layout().Position(Role::kDependent), fTerms.categories[i / fPerBlock]));
   }
 
+  // A name that no column has.
+  std::string NameOfBins(int position) const {
+    std::string name = NameAt(position) + " in bins";
+    while (Layout().PositionOfPredictor(name) >= 0) name += '\'';
+    return name;
+  }
+
+  // A factor that the dictionary makes of numbers is a field of its own.
+  void AddBins() {
+    XMLElement* transformations = nullptr;
+    for (const int position : Layout().Positions(Role::kFactor)) {
+      if (!HasBins(position)) continue;
+      if (transformations == nullptr) {
+        transformations = &AddChild(fModel, "LocalTransformations");
+      }
+      AddBinnedField(*transformations, position, *DeclarationAt(position)->Bins());
+    }
+  }
+
+  void AddBinnedField(XMLElement& transformations, int position, const DeclaredBins& bins) {
+    XMLElement& field = AddChild(transformations, "DerivedField");
+    field.AddAttribute("name", NameOfBins(position));
+    field.AddAttribute("optype", "categorical");
+    field.AddAttribute("dataType", "string");
+    XMLElement& discretize = AddChild(field, "Discretize");
+    discretize.AddAttribute("field", NameAt(position));
+    for (std::size_t i = 0; i < bins.labels.size(); ++i) {
+      XMLElement& bin = AddChild(discretize, "DiscretizeBin");
+      bin.AddAttribute("binValue", bins.labels[i]);
+      XMLElement& interval = AddChild(bin, "Interval");
+      interval.AddAttribute("closure", i < bins.edges.size() ? "openClosed" : "openOpen");
+      if (i > 0) interval.AddAttribute("leftMargin", ExactNumber(bins.edges[i - 1]));
+      if (i < bins.edges.size()) interval.AddAttribute("rightMargin", ExactNumber(bins.edges[i]));
+    }
+  }
+
   void AddParameters() {
     XMLElement& list = AddChild(fModel, "ParameterList");
     for (std::size_t i = 0; i < fPerBlock; ++i) {
@@ -70,7 +116,7 @@ private:
   void AddPredictors(const char* name, Role role) {
     XMLElement& list = AddChild(fModel, name);
     for (const int position : Layout().Positions(role)) {
-      AddChild(list, "Predictor").AddAttribute("name", NameAt(position));
+      AddChild(list, "Predictor").AddAttribute("name", PredictorAt(position));
     }
   }
 
@@ -81,7 +127,7 @@ private:
     const auto addCell = [&](std::size_t i, int position, const std::string& value) {
       XMLElement& cell = AddChild(matrix, "PPCell");
       cell.AddAttribute("value", value);
-      cell.AddAttribute("predictorName", NameAt(position));
+      cell.AddAttribute("predictorName", PredictorAt(position));
       cell.AddAttribute("parameterName", ParameterOf(i));
     };
     for (std::size_t i = 0; i < fPerBlock; ++i) {
@@ -171,6 +217,61 @@ std::vector<std::string> UsedLabels(const FittedModel& model, int position, int 
   return labels;
 }
 
+// A column of categories: numbers where the declaration has numbers, and texts without one.
+void AddCategorical(MCVarList& variables, const RecordLayout::Column& column,
+                    const std::vector<std::string>& labels, MCCommonMetadata::VariableRole role) {
+  if (column.declaration == nullptr || !column.declaration->HasNumericCategories()) {
+    variables.AddCatVar(column.name, "", labels, role);
+    return;
+  }
+  std::vector<double> numbers;
+  for (const std::string& label : labels) numbers.push_back(*ParseNumber(label));
+  variables.AddCatVar(column.name, "", numbers, role);
+}
+
+void AddDeclaredMissing(MCCommonMetadata::IMCEncoder& encoder,
+                        const MCCommonMetadata::IMCEncoder& declared) {
+  const auto labelAt = [&declared](std::size_t i) {
+    const std::vector<std::string>* labels = declared.GetMissValueLabels();
+    return labels != nullptr && i < labels->size() ? (*labels)[i] : std::string();
+  };
+  const auto add = [&](const auto* values) {
+    for (std::size_t i = 0; values != nullptr && i < values->size(); ++i) {
+      encoder.AddDiscreteUserMissing((*values)[i], labelAt(i));
+    }
+  };
+  add(declared.GetDiscreteMissValues());
+  add(declared.GetDiscreteMissValuesStr());
+  double low = 0.0;
+  double high = 0.0;
+  if (declared.GetMissingInterval(low, high)) encoder.SetMissingInterval(low, high);
+}
+
+void AddValueLabels(MCCommonMetadata::IMCEncoder& encoder, const Declaration& declaration) {
+  const std::vector<std::string>* labels = declaration.Variable().GetEncoder()->GetValueLabels();
+  if (labels == nullptr || labels->empty()) return;
+  for (int code = 0; code < encoder.GetNumberOfCategories(); ++code) {
+    const auto& declared = declaration.Labels();
+    const auto place = static_cast<std::size_t>(
+        std::find(declared.begin(), declared.end(), encoder.Decode(code)) - declared.begin());
+    encoder.SetValueLabel(code, place < labels->size() ? (*labels)[place] : "");
+  }
+}
+
+// What the settings tell of a variable and the model doesn't.
+void AddDeclared(MCVarList& variables, const RecordLayout& layout) {
+  for (int i = 0; i < variables.Size(); ++i) {
+    const Declaration* declaration = layout.At(i).declaration;
+    if (declaration == nullptr) continue;
+    MCCommonMetadata::IMCVariable& variable = *variables.GetVarAt(i);
+    variable.SetVariableLabel(declaration->Variable().GetVariableLabel());
+    variable.SetVariableStorage(declaration->Variable().GetVariableStorage());
+    AddDeclaredMissing(*variable.GetEncoder(), *declaration->Variable().GetEncoder());
+    AddValueLabels(*variable.GetEncoder(), *declaration);
+  }
+}
+
+// The variables stand in the order of the layout.
 MCVarList Dictionary(const FittedModel& model, const PmmlTerms& terms,
                      const MissingCells& missing) {
   const RecordLayout& layout = model.Layout();
@@ -183,16 +284,23 @@ MCVarList Dictionary(const FittedModel& model, const PmmlTerms& terms,
     for (const int code : terms.categories) {
       labels.push_back(model.Data().LabelsAt(dependent).Label(code));
     }
-    variables.AddCatVar(layout.At(dependent).name, "", labels, MCCommonMetadata::MC_ROLE_TARGET);
+    AddCategorical(variables, layout.At(dependent), labels, MCCommonMetadata::MC_ROLE_TARGET);
   }
   int factor = 0;
   for (const int position : layout.Positions(Role::kFactor)) {
-    variables.AddCatVar(layout.At(position).name, "", UsedLabels(model, position, factor++),
-                        MCCommonMetadata::MC_ROLE_INPUT);
+    const Declaration* declaration = layout.At(position).declaration;
+    if (declaration != nullptr && declaration->Bins()) {
+      variables.AddContVar(layout.At(position).name, "", MCCommonMetadata::MC_ROLE_INPUT);
+    } else {
+      AddCategorical(variables, layout.At(position), UsedLabels(model, position, factor),
+                     MCCommonMetadata::MC_ROLE_INPUT);
+    }
+    ++factor;
   }
   for (const int position : layout.Positions(Role::kCovariate)) {
     variables.AddContVar(layout.At(position).name, "", MCCommonMetadata::MC_ROLE_INPUT);
   }
+  AddDeclared(variables, layout);
   AddMissingTexts(variables, missing);
   return variables;
 }

@@ -63,8 +63,8 @@ TEST_F(McfitEffectBuilder, EffectsThatMeanNothingAreRefused) {
     const char* text;
     const char* message;
   } cases[] = {
-      {"a, q", "effect 'q': 'q' is neither in --factors nor in --covariates"},
-      {"y", "'y' is neither in --factors nor in --covariates"},
+      {"a, q", "effect 'q': 'q' is neither a factor nor a covariate"},
+      {"y", "'y' is neither a factor nor a covariate"},
       {"a*a", "effect 'a*a': factor 'a' occurs twice"},
       {"a(a)", "factor 'a' occurs twice"},
       {"a^2", "effect 'a^2': 'a' is a factor, which has no powers"},

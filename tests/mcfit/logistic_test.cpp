@@ -526,7 +526,7 @@ TEST(McfitLogistic, OptionsThatCannotBeUsedEndWithStatusTwo) {
           {fit + Arguments{"--max-iterations", "-1"}, "--max-iterations must not be negative"},
           {fit + Arguments{"--max-iterations", "many"}, "--max-iterations"},
           {fit + Arguments{"--tolerance", "1"}, "--tolerance must lie between 0 and 1"},
-          {fit + Arguments{"--effects", "zz"}, "'zz' is neither in --factors nor in --covariates"},
+          {fit + Arguments{"--effects", "zz"}, "'zz' is neither a factor nor a covariate"},
           {fit + Arguments{"--freq", "zz"}, "there is no column 'zz'"},
           {fit + Arguments{"--freq", "y"}, "column 'y' stands in --dependent and in --freq"},
           {fit + Arguments{"--predict", scored, "--out", folder.Path("s.csv")},

@@ -246,7 +246,7 @@ TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {
       {with({"--predict", folder.Path("none.csv"), "--out", folder.Path("s.csv")}), "cannot open"},
       {with({"--predict", data, "--out", "/nonexistent/s.csv"}), "cannot write"},
       {with({"--predict", ragged, "--out", folder.Path("s.csv")}), "there is no column 'a'"},
-      {with({"--effects", "a, zz"}), "'zz' is neither in --factors nor in --covariates"},
+      {with({"--effects", "a, zz"}), "'zz' is neither a factor nor a covariate"},
       {with({"--effects", "a,"}), "--effects 'a,', at its end: a column name is expected"},
       {with({"--freq", "zz"}), "there is no column 'zz'; the columns are 'y', 'a', 'x'"},
       {with({"--weight", "x"}), "column 'x' stands in --covariates and in --weight"},
