@@ -47,6 +47,14 @@ GROUPS = [
     ("Reading n numeric categories, a category", "ReadNumbers", ["ReadNumbersPeerXerces"], {"100000": 1.3}),
     ("FillVarList, a field", "FillFields", [], {}),
     ("FillVarList with names and bins, a field", "FillNamedFieldsWithBins", [], {}),
+    ("Random words of the twister, a number", "RandomWords", ["RandomWordsPeer32", "RandomWordsPeer64"], {"10000": 1.0}),
+    ("Uniform numbers", "RandomUniforms", ["RandomUniformsPeer32", "RandomUniformsPeer64"], {"10000": 1.0}),
+    ("Uniform numbers, congruential", "RandomCongruential", ["RandomCongruentialPeer"], {}),
+    ("Normal numbers, MCRandomValues", "RandomNormals", ["RandomNormalsPeer32", "RandomNormalsPeer64"], {}),
+    ("Normal numbers, MCRNGNormal", "RandomNormalsOfGenerator", ["RandomNormalsPeer32", "RandomNormalsPeer64"], {}),
+    ("Gamma numbers, shape 2.5", "RandomGammas", ["RandomGammasPeer64"], {}),
+    ("Binomial numbers, 1,000 trials", "RandomBinomials", ["RandomBinomialsPeer64"], {}),
+    ("Beta numbers, 2 and 3", "RandomBetas", [], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
@@ -78,6 +86,12 @@ PEER_NAMES = {
     "ReadNumbersPeerXerces": "Xerces's parse",
     "RowPlainCounts": "counts in arrays",
     "MultinomialPlainLoop": "plain loop with exp and log of the C library",
+    "RandomWordsPeer32": "std::mt19937", "RandomWordsPeer64": "std::mt19937_64",
+    "RandomUniformsPeer32": "std::mt19937", "RandomUniformsPeer64": "std::mt19937_64",
+    "RandomCongruentialPeer": "std::linear_congruential_engine",
+    "RandomNormalsPeer32": "std::normal_distribution of mt19937",
+    "RandomNormalsPeer64": "std::normal_distribution of mt19937_64",
+    "RandomGammasPeer64": "std::gamma_distribution", "RandomBinomialsPeer64": "std::binomial_distribution",
     "PassOneByOne": "UpdateForRow one by one", "TrialOneByOne": "UpdateForRow one by one",
 }
 
