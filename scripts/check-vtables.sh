@@ -9,7 +9,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
 slots() {
-  printf '#include "%s"\n' mcmath/mcmath.h mcxml/mcxml.h \
+  printf '#include "%s"\n' mcmath/mcmath.h mcmath/random/random.h mcxml/mcxml.h \
     metadata/metadata.h mcparsexml/mcparsexml.h regression/regression.h >"$scratch/all.cpp"
   c++ -std=c++17 -Ishared/cpp/src -fsyntax-only -fdump-lang-class="$scratch/classes" "$scratch/all.cpp"
   # A slot reads "16    (int (*)(...))Class::Operation"; the class of a block stands in its head.

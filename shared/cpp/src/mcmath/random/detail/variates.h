@@ -148,11 +148,11 @@ double BinomialByInversion(double n, double p, Uniform& uniform) {
   constexpr double kFarthest = 110.0;
   const double first = std::exp(n * std::log1p(-p));
   const double odds = p / (1.0 - p);
-  const double last = std::min(n, kFarthest);
+  const int last = static_cast<int>(std::min(n, kFarthest));
   for (int round = 0; round < kMaxRounds; ++round) {
     double u = uniform();
     double probability = first;
-    for (double k = 0.0; k <= last; k += 1.0) {
+    for (int k = 0; k <= last; ++k) {
       if (u <= probability) return k;
       u -= probability;
       probability *= (n - k) / (k + 1.0) * odds;
