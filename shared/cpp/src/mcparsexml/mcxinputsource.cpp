@@ -14,18 +14,29 @@ public:
   explicit MCXBinInputStream(std::istream* stream) : fpStream(stream) {}
 
   XMLFilePos curPos() const override {
-    return static_cast<XMLFilePos>(static_cast<std::streamoff>(fpStream->tellg()));
+    std::streamoff position = -1;
+    IgnoringFailures([&] { position = fpStream->tellg(); });
+    return static_cast<XMLFilePos>(position);
   }
 
   XMLSize_t readBytes(XMLByte* buffer, XMLSize_t count) override {
-    // Bytes are bytes. NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
-    fpStream->read(reinterpret_cast<char*>(buffer), static_cast<std::streamsize>(count));
+    char* bytes = reinterpret_cast<char*>(buffer);
+    IgnoringFailures([&] { fpStream->read(bytes, static_cast<std::streamsize>(count)); });
     return static_cast<XMLSize_t>(fpStream->gcount());
   }
 
   const XMLCh* getContentType() const override { return nullptr; }
 
 private:
+  /// A stream that throws where it ends ends there like any other.
+  template <class Step>
+  static void IgnoringFailures(const Step& step) {
+    try {
+      step();
+    } catch (const std::ios_base::failure&) {
+    }
+  }
+
   std::istream* fpStream;
 };
 
