@@ -153,6 +153,22 @@ TEST(AttributesOfAnElement, AreNullIfThereAreNone) {
   EXPECT_EQ(GetAttribute(whole, "b"), nullptr);
 }
 
+TEST(AttributesOfAnElement, HaveNamesOfAnyLengthAndAlphabet) {
+  const std::string names[] = {"b",
+                               std::string(31, 'c'),
+                               std::string(32, 'd'),
+                               std::string(400, 'e'),
+                               "\xC3\xA9",
+                               std::string(40, 'f') + "\xC3\xA9"};
+  std::string text = "<a";
+  for (const std::string& name : names) text += " " + name + "='" + name + "'";
+  ParsedDocument document(text + "/>");
+  for (const std::string& name : names) {
+    EXPECT_TRUE(XStrEqualsUTF8Str(GetAttribute(document.Root(), name.c_str()), name.c_str()));
+    EXPECT_EQ(GetAttribute(document.Root(), (name + "x").c_str()), nullptr);
+  }
+}
+
 TEST(AttributesOfAnElement, AreReadAsDoubles) {
   for (const DoubleCase& test : gDoubles) {
     double value = kUntouched;
