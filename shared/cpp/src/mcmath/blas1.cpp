@@ -103,12 +103,11 @@ void Blas1::DRotG(double* da, double* db, double* c, double* s) {
   }
   const bool bFirstIsLarger = std::fabs(a) > std::fabs(b);
   const double scale = bFirstIsLarger ? a : b;
-  const double r = scale * std::sqrt((a / scale) * (a / scale) + (b / scale) * (b / scale));
-  // Not over r, which may have become infinite or lost digits below the smallest normal number.
-  const double length = r / scale;
+  // The quotients go by the scaled length, as r may be infinite or a denormal number.
+  const double length = std::sqrt((a / scale) * (a / scale) + (b / scale) * (b / scale));
   *c = a / scale / length;
   *s = b / scale / length;
-  *da = r;
+  *da = scale * length;
   if (bFirstIsLarger) {
     *db = *s;
   } else {

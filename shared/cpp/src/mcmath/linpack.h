@@ -189,17 +189,17 @@ public:
   ///
   /// `x` is as it was when the call ends, but not meanwhile: diagonal elements are exchanged with
   /// those of `qraux` and back. So it isn't const, and two threads can't share a decomposition.
-  static void Dqrsl(double* x, int ldx, int n, int k, double* qraux, double* y, double* qy,
+  static void Dqrsl(double* x, int ldx, int n, int k, double* qraux, const double* y, double* qy,
                     double* qty, double* b, double* rsd, double* xb, int job, int* info);
 
   /// Singular values, X = U diag(s) V', by reduction to bidiagonal form and implicit QR steps.
   /// `x`: n by p, destroyed. `s`: min(n + 1, p) entries, the values in descending order. `e`: p
-  /// entries, all zero in the end but where info isn't 0. `work`: n entries. job AB: A = 0 no left
-  /// vectors, 1 all n in `u` (n by n), 2 or more the first min(n, p) (n by min(n, p)); B = 0 no
-  /// right vectors, else all p in `v` (p by p). `u` may be `x` if n <= p or A >= 2, `v` may be `x`
-  /// if p <= n and it isn't `u`; those not asked for may be null. `info`: 0, or m if 30 steps
-  /// didn't settle value m: values s(m + 1), s(m + 2), ... and their vectors are right, and U'X V
-  /// is the bidiagonal matrix with diagonal s and superdiagonal e.
+  /// entries, the first min(n + 1, p) zero in the end but where info isn't 0. `work`: n entries.
+  /// job AB: A = 0 no left vectors, 1 all n in `u` (n by n), 2 or more the first min(n, p) (n by
+  /// min(n, p)); B = 0 no right vectors, else all p in `v` (p by p). `u` may be `x` if n <= p or A
+  /// >= 2, `v` may be `x` if p <= n and it isn't `u`; those not asked for may be null. `info`: 0,
+  /// or m if 30 steps didn't settle value m: values s(m + 1), s(m + 2), ... and their vectors are
+  /// right, and U'X V is the bidiagonal matrix with diagonal s and superdiagonal e.
   static void Dsvdc(double* x, int ldx, int n, int p, double* s, double* e, double* u, int ldu,
                     double* v, int ldv, double* work, int job, int* info);
 

@@ -125,7 +125,7 @@ void Linpack::Dqrdc(double* x, int ldx, int n, int p, double* qraux, int* jpvt, 
   }
 }
 
-void Linpack::Dqrsl(double* x, int ldx, int n, int k, double* qraux, double* y, double* qy,
+void Linpack::Dqrsl(double* x, int ldx, int n, int k, double* qraux, const double* y, double* qy,
                     double* qty, double* b, double* rsd, double* xb, int job, int* info) {
   *info = 0;
   if (n < 1) return;
