@@ -158,7 +158,7 @@ double Blas1::DMach(int job) {
   double eps = 1.0;
   while (1.0 + eps / 2.0 > 1.0) eps /= 2.0;
   double least = 1.0;
-  for (double next = least; next != 0.0; next /= 16.0) least = next;
+  while (least / 16.0 != 0.0) least /= 16.0;
   const double small = least / eps * 100.0;
   switch (job) {
     case 1:

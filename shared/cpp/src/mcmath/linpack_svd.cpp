@@ -256,7 +256,7 @@ void Settle(const Bidiagonal& svd, Index k) {
   }
 }
 
-/// Makes the block that ends at `last` smaller or its last superdiagonal so.
+/// Splits the block, or brings its last superdiagonal closer to 0.
 void Improve(const Bidiagonal& svd, Index first, Index last) {
   const Index zero = NegligibleDiagonal(svd, first, last);
   if (zero == last) {

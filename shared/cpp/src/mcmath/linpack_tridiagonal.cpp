@@ -43,11 +43,12 @@ struct Tridiagonal {
   }
 };
 
-/// Solves from row k on towards its neighbours.
-void TakeOut(double divisor, double e, double* diagonal, double* b, double other) {
-  const double t = e / divisor;
-  *diagonal -= t * e;
-  *b -= t * other;
+/// Takes a row out of its neighbour, whose diagonal and right-hand side change; `beside` is the
+/// element that both have.
+void TakeOut(double diagonal, double response, double beside, double& neighbour, double& b) {
+  const double t = beside / diagonal;
+  neighbour -= t * beside;
+  b -= t * response;
 }
 
 }  // namespace
@@ -77,10 +78,10 @@ void Linpack::Dptsl(int n, double* d, const double* e, double* b) {
   Index top = 0;
   Index bottom = Index{n} - 1;
   for (; top + 1 < bottom; ++top, --bottom) {
-    TakeOut(d[top], e[top], d + top + 1, b + top + 1, b[top]);
-    TakeOut(d[bottom], e[bottom - 1], d + bottom - 1, b + bottom - 1, b[bottom]);
+    TakeOut(d[top], b[top], e[top], d[top + 1], b[top + 1]);
+    TakeOut(d[bottom], b[bottom], e[bottom - 1], d[bottom - 1], b[bottom - 1]);
   }
-  if (top < bottom) TakeOut(d[top], e[top], d + bottom, b + bottom, b[top]);
+  if (top < bottom) TakeOut(d[top], b[top], e[top], d[bottom], b[bottom]);
   b[bottom] /= d[bottom];
   if (top < bottom) b[top] = (b[top] - e[top] * b[bottom]) / d[top];
   for (--top, ++bottom; top >= 0; --top, ++bottom) {
