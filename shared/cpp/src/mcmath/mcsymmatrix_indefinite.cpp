@@ -3,6 +3,8 @@
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
 
+#include <algorithm>
+
 namespace MCCommonMath {
 
 namespace {
@@ -26,8 +28,9 @@ bool SolveOnRows(const MCSymMatrix& S, const std::vector<int>& rows, const std::
                  std::vector<double>& x) {
   MCSymMatrix part;
   if (rows.empty() || !S.ExtractSubmatrix(rows, part)) return false;
-  std::vector<double> solution;
-  for (const int i : rows) solution.push_back(b[static_cast<std::size_t>(i)]);
+  std::vector<double> solution(rows.size());
+  std::transform(rows.begin(), rows.end(), solution.begin(),
+                 [&b](int i) { return b[static_cast<std::size_t>(i)]; });
   if (!SolvePacked(part, solution)) return false;
   x.assign(static_cast<std::size_t>(S.GetNRows()), 0.0);
   for (std::size_t k = 0; k < rows.size(); ++k) x[static_cast<std::size_t>(rows[k])] = solution[k];
