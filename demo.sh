@@ -108,4 +108,15 @@ run "$mcfit" linear examples/data/yields.csv --dependent yield --factors variety
 run sed -n '/<ParamMatrix>/,/<\/ParamMatrix>/p' "$scratch/yields.xml"
 
 echo
+echo "== The same logistic regression as a settings document asks for it: variables, categories and"
+echo "   options are the document's"
+run "$mcfit" build examples/data/birthwt-settings.xml examples/data/birthwt.csv \
+  --pmml "$scratch/birthwt-model.xml"
+
+echo
+echo "== What PMML files tell of the data: that of the description above, and that of this model"
+run "$mcfit" dictionary "$scratch/birthwt.xml"
+run "$mcfit" dictionary "$scratch/birthwt-model.xml"
+
+echo
 echo "== All done. Try: $mcfit describe --help, $mcfit linear --help, $mcfit logistic --help"

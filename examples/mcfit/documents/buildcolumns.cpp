@@ -22,7 +22,6 @@ constexpr char kCatTargets[] = "CatResponses";
 constexpr char kInputs[] = "inputs";
 constexpr char kCovariates[] = "ContPredictors";
 constexpr char kFactors[] = "CatPredictors";
-constexpr char kFrequency[] = "FrequencyWeightVar";
 constexpr char kWeight[] = "RegressionWeightVar";
 
 /// Gives the variables of a document their roles, one each.
@@ -34,7 +33,7 @@ public:
   ModelColumns Read() {
     ReadTarget();
     ReadPredictors();
-    fColumns.frequency = Weight(kFrequency, fDocument.FrequencyWeight(), Role::kFrequency);
+    fColumns.frequency = Weight(kFrequencyWeight, fDocument.FrequencyWeight(), Role::kFrequency);
     fColumns.weight = Weight(kWeight, fDocument.VariableName(kWeight), Role::kWeight);
     fColumns.declarations = std::make_shared<const Declarations>(std::move(fVariables), fBins);
     return std::move(fColumns);

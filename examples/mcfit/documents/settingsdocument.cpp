@@ -102,10 +102,9 @@ std::vector<std::string> SettingsDocument::VariableNames(const char* name, Names
 }
 
 std::optional<std::string> SettingsDocument::FrequencyWeight() {
-  constexpr char kName[] = "FrequencyWeightVar";
-  fAsked.insert({kParameter, kName});
+  fAsked.insert({kParameter, kFrequencyWeight});
   std::string name;
-  if (!Has(kName, fParser.GetFrequencyWeight(name))) return {};
+  if (!Has(kFrequencyWeight, fParser.GetFrequencyWeight(name))) return {};
   return name;
 }
 

@@ -14,6 +14,9 @@
 
 namespace mcfit {
 
+/// The parameter that the library's reader takes for the name of the frequency weight.
+inline constexpr char kFrequencyWeight[] = "FrequencyWeightVar";
+
 /// A settings document as the library reads it, with messages for the user: what is absent has no
 /// value, and what can't be used throws InputError with the names of file and parameter. It
 /// remembers what it was asked for, to tell in the end what nobody wanted to know.
@@ -47,10 +50,9 @@ public:
       MCCommon::MCStatus (MCComXPrsUtil::MCSettingsParser::*)(std::vector<std::string>&) const;
   std::vector<std::string> VariableNames(const char* name, NamesQuestion question);
 
-  std::optional<std::string> FrequencyWeight();
-
-  /// The name of one variable.
+  /// The name of one variable; the second is that of the frequency weight.
   std::optional<std::string> VariableName(const char* name);
+  std::optional<std::string> FrequencyWeight();
 
   /// Tells each parameter that nobody has asked for, and each that is there twice.
   void NoteTheRest() const;
