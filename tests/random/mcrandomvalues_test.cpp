@@ -466,6 +466,32 @@ TEST(MCRandomValues, StaysAsItWasWhereMemoryRunsOut) {
   }
 }
 
+TEST(MCRandomValues, DrawsAllOrNothingWhereMemoryRunsOut) {
+  MCRandomValues values;
+  ASSERT_TRUE(values.SetParamWishart(5.0, kScale));
+  bool isDone = false;
+  for (std::size_t k = 1; !isDone; ++k) {
+    ASSERT_LT(k, 100U);
+    MCSymMatrix matrix = Identity(2);
+    bool isDrawn = false;
+    bool isThrown = false;
+    {
+      const mctest::FailAllocation failure(k);
+      try {
+        isDrawn = values.GetRandom(matrix);
+      } catch (const std::bad_alloc&) {
+        isThrown = true;
+      }
+      isDone = !failure.HasFired();
+    }
+    EXPECT_EQ(isDrawn, isDone) << k;
+    // Only the output itself becomes invalid.
+    const bool isUntouched = matrix.AsVector() == Identity(2).AsVector();
+    EXPECT_TRUE(isDone || isUntouched || !matrix.IsValidMatrix()) << k;
+    EXPECT_TRUE(!isThrown || isUntouched) << k;
+  }
+}
+
 TEST(MCRandomValues, ShowsItsDistribution) {
   MCRandomValues values;
   values.SetSeed(4294967296UL);

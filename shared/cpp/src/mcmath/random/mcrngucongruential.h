@@ -16,7 +16,7 @@ public:
   /// The state becomes the whole part of `seed` modulo 2147483647, or 1 if that is 0.
   bool SetSeed(double seed) override;
 
-  /// In (0, 1): the state behind the present one, over 2147483647.
+  /// In (0, 1): the state behind the present one, times 2^-31.
   double GetNext() override;
 
 private:
