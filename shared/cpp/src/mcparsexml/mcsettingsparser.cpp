@@ -152,26 +152,24 @@ MCStatus MCSettingsParser::ParseToDOM(std::istream& stream) {
   return status;
 }
 
-MCStatus MCSettingsParser::TakeScope(const void* scope, const DOMElement*& element) const {
-  const MCStatus status = GetDocumentStatus();
-  if (!status.IsOK()) return status;
-  if (fpParameters == nullptr) return Error(MCCommon::MCS_SET_NO_PARAMETERS);
-  element = scope == nullptr ? fpParameters : static_cast<const DOMElement*>(scope);
-  return status;
-}
-
-MCStatus MCSettingsParser::Find(const char* tag, const char* name, const void* scope,
-                                const DOMElement*& element) const {
-  const MCStatus status = TakeScope(scope, element);
-  if (!status.IsOK()) return status;
-  element = FindNamed(*element, tag, name);
-  return element == nullptr ? Warning(MCCommon::MCS_SET_NOT_FOUND) : status;
+const DOMElement* MCSettingsParser::Find(const char* tag, const char* name, const void* scope,
+                                         MCStatus& status) const {
+  status = GetDocumentStatus();
+  if (!status.IsOK()) return nullptr;
+  if (fpParameters == nullptr) {
+    status = Error(MCCommon::MCS_SET_NO_PARAMETERS);
+    return nullptr;
+  }
+  const auto& place = scope == nullptr ? *fpParameters : *static_cast<const DOMElement*>(scope);
+  const DOMElement* element = FindNamed(place, tag, name);
+  if (element == nullptr) status = Warning(MCCommon::MCS_SET_NOT_FOUND);
+  return element;
 }
 
 int MCSettingsParser::GetParameterType(const char* name, void* scope) {
-  const DOMElement* parameter = nullptr;
-  const MCStatus status = Find(Word::kParameter, name, scope, parameter);
-  if (!status.IsOK()) return static_cast<int>(kParameterTypes.size());
+  MCStatus status;
+  const DOMElement* parameter = Find(Word::kParameter, name, scope, status);
+  if (parameter == nullptr) return static_cast<int>(kParameterTypes.size());
   const XMLCh* word = GetAttribute(*parameter, Word::kType);
   const auto type =
       std::find_if(kParameterTypes.begin(), kParameterTypes.end(),
@@ -180,17 +178,16 @@ int MCSettingsParser::GetParameterType(const char* name, void* scope) {
 }
 
 void* MCSettingsParser::GetComplexParameter(const char* name, void* scope) {
-  const DOMElement* group = nullptr;
-  const MCStatus status = Find(kComplexParameter, name, scope, group);
+  MCStatus status;
   // A host can do nothing with it but hand it back.
-  return status.IsOK() ? const_cast<DOMElement*>(group) : nullptr;
+  return const_cast<DOMElement*>(Find(kComplexParameter, name, scope, status));
 }
 
 template <class Value>
 MCStatus MCSettingsParser::GetOne(const char* name, Value& value, const void* scope) const {
-  const DOMElement* parameter = nullptr;
-  const MCStatus status = Find(Word::kParameter, name, scope, parameter);
-  if (!status.IsOK()) return status;
+  MCStatus status;
+  const DOMElement* parameter = Find(Word::kParameter, name, scope, status);
+  if (parameter == nullptr) return status;
   Value read{};
   const int answer = ReadValue(*parameter, read);
   if (answer > 0) return Error(MCCommon::MCS_DOC_BAD_VALUE);
@@ -221,9 +218,9 @@ MCStatus MCSettingsParser::GetParameter(const char* name, std::string& value, vo
 template <class Value>
 MCStatus MCSettingsParser::GetAll(const char* name, std::vector<Value>& values,
                                   const void* scope) const {
-  const DOMElement* parameter = nullptr;
-  MCStatus status = Find(Word::kParameter, name, scope, parameter);
-  if (!status.IsOK()) return status;
+  MCStatus status;
+  const DOMElement* parameter = Find(Word::kParameter, name, scope, status);
+  if (parameter == nullptr) return status;
   values.clear();
   const DOMElement* list = GetFirstChildElmt(*parameter, kListValue);
   if (list == nullptr) return AppendValue(*parameter, values);
@@ -254,9 +251,9 @@ MCStatus MCSettingsParser::GetArray(const char* name, std::vector<std::string>& 
 template <class Value>
 MCStatus MCSettingsParser::GetRows(const char* name, std::vector<std::vector<Value>>& rows,
                                    const void* scope) const {
-  const DOMElement* matrix = nullptr;
-  const MCStatus status = Find(kMatrixParameter, name, scope, matrix);
-  if (!status.IsOK()) return status;
+  MCStatus status;
+  const DOMElement* matrix = Find(kMatrixParameter, name, scope, status);
+  if (matrix == nullptr) return status;
   rows.assign(CountChildNodes(*matrix), {});
   const DOMElement* array = GetFirstChildElmt(*matrix, kArrayParameter);
   for (; array != nullptr; array = GetNextSiblingElmt(*array, kArrayParameter)) {
@@ -281,9 +278,9 @@ MCStatus MCSettingsParser::GetMatrix(const char* name, std::vector<std::vector<s
 }
 
 MCStatus MCSettingsParser::GetVariables(const char* name, std::vector<std::string>& names) const {
-  const DOMElement* parameter = nullptr;
-  MCStatus status = Find(Word::kParameter, name, nullptr, parameter);
-  if (!status.IsOK()) return status;
+  MCStatus status;
+  const DOMElement* parameter = Find(Word::kParameter, name, nullptr, status);
+  if (parameter == nullptr) return status;
   names.clear();
   if (!IsList(*parameter)) return AppendName(*parameter, names);
 
@@ -298,9 +295,9 @@ MCStatus MCSettingsParser::GetVariables(const char* name, std::vector<std::strin
 }
 
 MCStatus MCSettingsParser::GetVariables(const char* name, std::string& value) const {
-  const DOMElement* parameter = nullptr;
-  const MCStatus status = Find(Word::kParameter, name, nullptr, parameter);
-  if (!status.IsOK() || ReadValue(*parameter, value) == 0) return status;
+  MCStatus status;
+  const DOMElement* parameter = Find(Word::kParameter, name, nullptr, status);
+  if (parameter == nullptr || ReadValue(*parameter, value) == 0) return status;
   return Error(IsList(*parameter) ? MCCommon::MCS_SET_IS_LIST : MCCommon::MCS_DOC_MISSING_ITEM);
 }
 

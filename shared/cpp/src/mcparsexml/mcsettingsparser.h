@@ -97,10 +97,9 @@ public:
   MCCommon::MCStatus FillTransDict(MCCommonMetadata::MCVarList& list) const;
 
 private:
-  // What every question begins with: where to look, and the first element of that tag and name.
-  MCCommon::MCStatus TakeScope(const void* scope, const xercesc::DOMElement*& element) const;
-  MCCommon::MCStatus Find(const char* tag, const char* name, const void* scope,
-                          const xercesc::DOMElement*& element) const;
+  // What every question begins with: the first element of that tag and name; null with its status.
+  const xercesc::DOMElement* Find(const char* tag, const char* name, const void* scope,
+                                  MCCommon::MCStatus& status) const;
   template <class Value>
   MCCommon::MCStatus GetOne(const char* name, Value& value, const void* scope) const;
   template <class Value>

@@ -16,7 +16,6 @@ using MCCommon::MCStatus;
 using MCCommonMetadata::IMCEncoder;
 using MCCommonMetadata::MCVarList;
 using xercesc::DOMElement;
-using xercesc::DOMNode;
 namespace Word = MCCommonMetadata::detail::PMMLWord;
 
 struct MCFieldReader::Head {
