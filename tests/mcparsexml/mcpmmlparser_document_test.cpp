@@ -247,7 +247,7 @@ TEST(MCPMMLParserDocument, LongAttributesAndDeepNestingAreRead) {
   EXPECT_EQ(Variables(DictionaryText(kField, deep)), "x| cont (missing, max) missing {}");
 }
 
-TEST(MCPMMLParserDocument, StatisticsOfANextDocumentReplaceThoseOfTheLast) {
+TEST(MCPMMLParserDocument, ParserReadsOneDocumentAfterAnother) {
   MCPMMLParser parser;
   for (int i = 0; i < 50; ++i) {
     const string name = "v" + std::to_string(i);
