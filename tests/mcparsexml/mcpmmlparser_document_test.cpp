@@ -2,12 +2,16 @@
 #include "mcparsexml/mccomxprsutil.h"
 #include "mcparsexml/mcpmmlparser.h"
 #include "readersupport.h"
+#include "support/countingallocator.h"
+#include "support/leaksallowed.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <fstream>
+#include <new>
+#include <optional>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
 
@@ -258,6 +262,33 @@ TEST(MCPMMLParserDocument, ParserReadsOneDocumentAfterAnother) {
     ASSERT_EQ(parser.FillVarList(list, {}, false).GetErrorCode(), 0);
     EXPECT_EQ(list.FindVariable(name), 0);
   }
+}
+
+// Xerces is up already, so that what fails is the making of its parser.
+TEST(MCPMMLParserDocument, ParserThatCouldNotBeMadeAnswers103) {
+  const MCPMMLParser holder;
+  const LeaksAllowed leaks;  // Xerces loses the parts of a parser that it can't finish
+  int nRefused = 0;
+  for (std::size_t k = 1;; ++k) {
+    std::optional<MCPMMLParser> parser;
+    bool hasFired = false;
+    try {
+      const FailAllocation failure(k);
+      parser.emplace();
+      hasFired = failure.HasFired();
+    } catch (const std::bad_alloc&) {
+      continue;
+    }
+    if (!hasFired) break;
+    if (parser->GetStatus().IsOK()) continue;
+    ++nRefused;
+    EXPECT_EQ(parser->GetStatus(), MCCommon::MCStatus(103, false));
+    EXPECT_EQ(ParseText(*parser, DictionaryText(kField)), 103);
+    MCVarList list;
+    EXPECT_EQ(parser->FillVarList(list, {}, false).GetErrorCode(), 103);
+  }
+  EXPECT_GT(nRefused, 0);
+  EXPECT_EQ(Parse(DictionaryText(kField)), 0);
 }
 
 }  // namespace

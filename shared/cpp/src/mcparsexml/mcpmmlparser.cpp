@@ -47,7 +47,12 @@ const std::vector<detail::DataType>& PMMLTypes() {
 
 MCPMMLParser::MCPMMLParser() : fStatus(detail::StartXerces()) {
   if (!fStatus.IsOK()) return;
-  fStatus = detail::DocumentParser::Create(fpParser);
+  try {
+    fStatus = detail::DocumentParser::Create(fpParser);
+  } catch (...) {  // out of memory: the destructor won't run
+    xercesc::XMLPlatformUtils::Terminate();
+    throw;
+  }
   if (fpParser == nullptr) xercesc::XMLPlatformUtils::Terminate();
 }
 
