@@ -59,6 +59,7 @@ GROUPS = [
     ("Gamma numbers, shape 2.5", "RandomGammas", ["RandomGammasPeer64"], {}),
     ("Binomial numbers, 1,000 trials", "RandomBinomials", ["RandomBinomialsPeer64"], {}),
     ("Beta numbers, 2 and 3", "RandomBetas", [], {}),
+    ("Merging n models of 1 MB each, a model", "MergeModels", ["MergeModelsPeerXerces"], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
@@ -89,7 +90,7 @@ PEER_NAMES = {
     "LookupUnorderedMap": "std::unordered_map", "LookupMap": "std::map",
     "EncodeNumbersPeerHash": "std::unordered_map", "EncodeStringsPeerHash": "std::unordered_map",
     "ReadFieldsPeerXerces": "Xerces's parse", "ReadTextsPeerXerces": "Xerces's parse",
-    "ReadNumbersPeerXerces": "Xerces's parse",
+    "ReadNumbersPeerXerces": "Xerces's parse", "MergeModelsPeerXerces": "Xerces's parse",
     "RowPlainCounts": "counts in arrays",
     "MultinomialPlainLoop": "plain loop with exp and log of the C library",
     "RandomWordsPeer32": "std::mt19937", "RandomWordsPeer64": "std::mt19937_64",

@@ -222,7 +222,7 @@ TEST(Split, ReadsTheStandardInputAndLeavesNothingBehind) {
   options.input = kSales;
   options.temporaryFolder = folder.Path("tmp");
   const ProgramResult run = RunMcfit(
-      Arguments{"split", "-", "--by", "region", "--out-dir", folder.Path("models")} + kSalesModel,
+      Arguments{"split", data, "--by", "region", "--out-dir", folder.Path("models")} + kSalesModel,
       options);
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(Files(folder.Path("tmp")), testing::IsEmpty());
@@ -280,7 +280,7 @@ TEST(Split, RefusesWhatItCannotDo) {
        {split(data, {"--by", "region", "--kind", "logistic", "--max-iterations", "-1"}),
         "--max-iterations must not be negative"},
        {split(data, {"--by", "region", "--merged", data}), "would overwrite an input file"},
-       {{"split", "-", "--by", "region", "--dependent", "sales", "--covariates", "price",
+       {{"split", data, "--by", "region", "--dependent", "sales", "--covariates", "price",
          "--out-dir", data + "/x"},
         "--out-dir: cannot make"},
        {split(folder.Path("none.csv"), {"--by", "region"}), "cannot open"},
