@@ -9,8 +9,8 @@
 #ifdef MCFIT_WITH_XERCES
 #include "documents/buildcommand.h"
 #include "documents/dictionarycommand.h"
-#include "mergecommand.h"
-#include "splitcommand.h"
+#include "documents/mergecommand.h"
+#include "documents/splitcommand.h"
 #endif
 
 #include <CLI/CLI.hpp>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "splitrows.h"
+#include "documents/splitrows.h"
 
 #include "errors.h"
 #include "interrupt.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "splitmerge.h"
+#include "documents/splitmerge.h"
 
 #include "errors.h"
 #include "interrupt.h"

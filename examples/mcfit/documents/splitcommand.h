@@ -2,10 +2,10 @@
 #pragma once
 
 #include "command.h"
+#include "documents/splitmerge.h"
+#include "documents/splitrows.h"
 #include "fitoptions.h"
 #include "regressionkind.h"
-#include "splitmerge.h"
-#include "splitrows.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "mergecommand.h"
+#include "documents/mergecommand.h"
 
+#include "documents/splitmerge.h"
 #include "effectparser.h"
 #include "errors.h"
 #include "outputfile.h"
-#include "splitmerge.h"
 #include "text.h"
 
 #include <fmt/format.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "splitcommand.h"
+#include "documents/splitcommand.h"
 
 #include "csvreader.h"
 #include "effectparser.h"
