@@ -117,6 +117,12 @@ echo
 echo "== What PMML files tell of the data: that of the description above, and that of this model"
 run "$mcfit" dictionary "$scratch/birthwt.xml"
 run "$mcfit" dictionary "$scratch/birthwt-model.xml"
+echo "== One model for each of two groups, and both in one PMML document; the same again by hand"
+run "$mcfit" split examples/data/birthwt.csv --by smoke --kind logistic --dependent birthweight \
+  --factors race --covariates age,lwt --out-dir "$scratch/births"
+run "$mcfit" merge "$scratch/births.xml" --split smoke=no "$scratch/births/smoke=no.xml" \
+  --split smoke=yes "$scratch/births/smoke=yes.xml"
+run grep -o '<SimplePredicate[^>]*>' "$scratch/births.xml"
 
 echo
 echo "== All done. Try: $mcfit describe --help, $mcfit linear --help, $mcfit logistic --help"

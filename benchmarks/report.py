@@ -60,6 +60,7 @@ GROUPS = [
     ("Binomial numbers, 1,000 trials", "RandomBinomials", ["RandomBinomialsPeer64"], {}),
     ("Beta numbers, 2 and 3", "RandomBetas", [], {}),
     ("Merging n models of 1 MB each, a model", "MergeModels", ["MergeModelsPeerXerces"], {}),
+    ("Merging n models of 1 MB each", "MergeModels", ["MergeModelsPeerXerces"], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
