@@ -222,7 +222,7 @@ TEST(Split, ReadsTheStandardInputAndLeavesNothingBehind) {
   options.input = kSales;
   options.temporaryFolder = folder.Path("tmp");
   const ProgramResult run = RunMcfit(
-      Arguments{"split", data, "--by", "region", "--out-dir", folder.Path("models")} + kSalesModel,
+      Arguments{"split", "-", "--by", "region", "--out-dir", folder.Path("models")} + kSalesModel,
       options);
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(Files(folder.Path("tmp")), testing::IsEmpty());
