@@ -59,7 +59,6 @@ GROUPS = [
     ("Gamma numbers, shape 2.5", "RandomGammas", ["RandomGammasPeer64"], {}),
     ("Binomial numbers, 1,000 trials", "RandomBinomials", ["RandomBinomialsPeer64"], {}),
     ("Beta numbers, 2 and 3", "RandomBetas", [], {}),
-    ("Merging n models of 1 MB each, a model", "MergeModels", ["MergeModelsPeerXerces"], {}),
     ("Merging n models of 1 MB each", "MergeModels", ["MergeModelsPeerXerces"], {}),
 ]
 
