@@ -119,10 +119,10 @@ public:
   static double veskidfchi(const double& p, const double& df, long& error);
   static double IdfChi(double p, double df);
 
-  /// The same from a start of the caller: Newton steps in ln x on the logarithm of the smaller
-  /// tail, which is concave, so any start > 0 converges; a start that is not positive and finite
-  /// is replaced by that of veskidfchi. Steps end when one is at most 1e-8 of x, and one more is
-  /// taken after it: convergence is quadratic, so the result is good to the last digits.
+  /// The same from a start of the caller: steps of Halley's method in ln x on the logarithm of the
+  /// smaller tail, which is concave, inside a bracket, so that any start > 0 converges; a start
+  /// that is not positive and finite is replaced by that of veskidfchi, NaN is error 1. When a
+  /// step leaves at most 1e-8 of x to go, one more is taken: the result is good to the last digits.
   static double idfchb(const double& p, const double& df, const double& start, long& error);
 
   /// Binomial distribution of n trials of probability p: P(K <= k), where k counts as floor(k).

@@ -95,7 +95,10 @@ double TQuantile(double p, double df) {
   if (df == 1.0) {
     size = tail < 0.25 ? 1.0 / std::tan(kPi * tail) : std::tan(kPi * (0.5 - tail));
   } else {
-    const double odds = detail::BetaQuantileOdds(0.5, df / 2.0, 1.0 - 2.0 * tail, 2.0 * tail);
+    // From the normal approximation of D. L. Wallace (1959).
+    const double z = detail::NormalQuantile(tail) * (8.0 * df + 3.0) / (8.0 * df + 1.0);
+    const double odds = detail::BetaQuantileOdds(0.5, df / 2.0, 1.0 - 2.0 * tail, 2.0 * tail,
+                                                 std::expm1(z * z / df));
     size = std::sqrt(odds) * std::sqrt(df);
   }
   return p < 0.5 ? -size : size;
@@ -113,7 +116,7 @@ double MCDistFun::cdfbet(const double& x, const double& a, const double& b, long
 double MCDistFun::betinv(double p, double a, double b) {
   if (!(p >= 0.0 && p <= 1.0) || !IsParameter(a) || !IsParameter(b)) return MCMV::gMissingValue;
   if (p == 0.0 || p == 1.0) return p;
-  const double odds = detail::BetaQuantileOdds(a, b, p, 1.0 - p);
+  const double odds = detail::BetaQuantileOdds(a, b, p, 1.0 - p, 0.0);
   return std::isinf(odds) ? 1.0 : odds / (1.0 + odds);
 }
 
@@ -171,7 +174,7 @@ double MCDistFun::veskidff(const double& p, const double& d1, const double& d2, 
   error = 0;
   if (!(p >= 0.0 && p < 1.0) || !IsParameter(d1) || !IsParameter(d2)) return Refuse(error);
   if (p == 0.0) return 0.0;
-  const double odds = detail::BetaQuantileOdds(d1 / 2.0, d2 / 2.0, p, 1.0 - p);
+  const double odds = detail::BetaQuantileOdds(d1 / 2.0, d2 / 2.0, p, 1.0 - p, 0.0);
   return odds * (d2 / d1);
 }
 

@@ -19,11 +19,6 @@ bool IsBinomial(double n, double p) {
   return n >= 1.0 && std::isfinite(n) && std::floor(n) == n && p >= 0.0 && p <= 1.0;
 }
 
-// (1 - p)^n.
-double NoSuccess(double n, double p) {
-  return detail::Exp(detail::Log(detail::ExactSum(1.0, -p)) * n);
-}
-
 // P(K <= k) as a sum of terms from the mode, or from k if that is less: downwards, and up to k.
 double SumFromMode(double k, double n, double p) {
   const double mode = std::min(k, std::floor((n + 1.0) * p));
@@ -48,7 +43,7 @@ double SumFromMode(double k, double n, double p) {
 // P(K <= k) for whole 0 <= k < n and 0 < p < 1.
 double LowerTail(double k, double n, double p) {
   constexpr double kLongSum = 100.0;
-  if (k == 0.0) return NoSuccess(n, p);
+  if (k == 0.0) return detail::BinomialTerm(0.0, n, p);
   if (n * p * (1.0 - p) <= kLongSum) return SumFromMode(k, n, p);
   return detail::IncompleteBeta(n - k, k + 1.0, detail::ExactSum(1.0, -p), p).fLower;
 }

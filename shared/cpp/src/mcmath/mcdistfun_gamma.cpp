@@ -39,10 +39,11 @@ double WilsonHilferty(double x, double a) {
 }
 
 bool IsApproximated(double x, double a) {
-  constexpr double kMachineMaxExp = 709.0;
-  if (!std::isfinite(detail::LogGamma(a))) return true;
+  constexpr double kLastLogGamma = 2.556348e305;  // beyond it ln gamma overflows
+  constexpr double kLargeX = 9.4011e76;           // 4 ln x = 709
+  if (a > kLastLogGamma) return true;
   if (x <= 1.0 || a >= x) return x / (a + 1.0) == 1.0;
-  return 4.0 * std::log(x) >= kMachineMaxExp;
+  return x >= kLargeX;
 }
 
 double Approximation(double x, double a, bool upper) {

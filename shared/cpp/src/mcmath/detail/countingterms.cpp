@@ -6,10 +6,15 @@
 namespace MCCommonMath {
 namespace detail {
 
+namespace {
+
+constexpr double k2Pi = 6.283185307179586;
+
+}  // namespace
+
 ScaledExp PoissonTerm(double count, const DoubleDouble& mean) {
   if (count == 0.0) return {1.0, -mean};
-  return {1.0 / std::sqrt(6.283185307179586 * count),
-          Deviance(count, mean) - StirlingRemainder(count)};
+  return {1.0 / std::sqrt(k2Pi * count), Deviance(count, mean) - StirlingRemainder(count)};
 }
 
 ScaledExp operator*(const ScaledExp& a, const ScaledExp& b) {
@@ -21,9 +26,14 @@ ScaledExp operator/(const ScaledExp& a, const ScaledExp& b) {
 }
 
 double BinomialTerm(double k, double n, double p) {
-  const DoubleDouble successes = ExactProduct(n, p);
-  const DoubleDouble failures = ExactSum(1.0, -p) * n;
-  return (PoissonTerm(k, successes) * PoissonTerm(n - k, failures) / PoissonTerm(n, n)).Value();
+  const DoubleDouble q = ExactSum(1.0, -p);
+  if (k == 0.0) return Exp(Log(q) * n);
+  if (k == n) return Exp(Log(p) * n);
+  const double rest = n - k;
+  const double correction = StirlingRemainder(n) - StirlingRemainder(k) - StirlingRemainder(rest);
+  return ScaledExp{std::sqrt(n / (k2Pi * k * rest)),
+                   Deviance(k, ExactProduct(n, p)) + Deviance(rest, q * n) + correction}
+      .Value();
 }
 
 double HypergeometricTerm(double k, const Urn& urn) {

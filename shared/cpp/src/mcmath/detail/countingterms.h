@@ -17,7 +17,8 @@ ScaledExp PoissonTerm(double count, const DoubleDouble& mean);
 ScaledExp operator*(const ScaledExp& a, const ScaledExp& b);
 ScaledExp operator/(const ScaledExp& a, const ScaledExp& b);
 
-/// Probability of k successes in n trials, for whole 0 <= k <= n and 0 < p < 1.
+/// Probability of k successes in n trials, for whole 0 <= k <= n and 0 < p < 1. The product of the
+/// Poisson probabilities of k and n - k over that of n.
 double BinomialTerm(double k, double n, double p);
 
 /// How N objects, of which K are marked, are drawn from: n of them without replacement.

@@ -3,6 +3,8 @@
 // series, after P. T. P. Tang, ACM TOMS 16 (1990), 378-400.
 #include "mcmath/detail/doubledouble.h"
 
+#include "mcmath/detail/polynomial.h"
+
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -114,17 +116,13 @@ constexpr LogarithmEntry kLogarithms[] = {
     {0.748046875, 0.2902896358588618, -1.055555326711204e-17},
 };
 
-// ln(1 + r) - r for |r| <= 2^-6. The first two terms of -r^2/2 + r^3/3 - ... count in full.
-DoubleDouble SeriesLog1pMinus(const DoubleDouble& r) {
-  const double x = r.fHigh;
-  const DoubleDouble square = r * r;
-  const DoubleDouble cube = square * r;
-  const double x2 = square.fHigh;
-  const double even = 1.0 / 4 + x2 * (1.0 / 6 + x2 * (1.0 / 8 + x2 * (1.0 / 10 + x2 * (1.0 / 12))));
-  const double odd = 1.0 / 5 + x2 * (1.0 / 7 + x2 * (1.0 / 9 + x2 * (1.0 / 11 + x2 * (1.0 / 13))));
-  const double rest = x2 * x2 * (x * odd - even);
-  constexpr DoubleDouble kThird(1.0 / 3, 1.850371707708594e-17);
-  return (square * -0.5 + cube * kThird) + rest;
+// 2^-k for -1022 <= k <= 1024; 0 where it would be subnormal.
+double PowerOfTwo(int k) {
+  if (k > 1022) return 0.0;
+  const std::uint64_t bits = static_cast<std::uint64_t>(1023 - k) << 52;
+  double power = 0.0;
+  std::memcpy(&power, &bits, sizeof power);
+  return power;
 }
 
 }  // namespace
@@ -141,19 +139,34 @@ DoubleDouble Log(const DoubleDouble& x) {
   const std::uint64_t mantissa = bits - (static_cast<std::uint64_t>(k) << 52);
   double m = 0.0;
   std::memcpy(&m, &mantissa, sizeof m);
-  const double low = x.fLow * (m / x.fHigh);
+  const double low = x.fLow * PowerOfTwo(k);
   const LogarithmEntry& entry = kLogarithms[static_cast<int>(m * 128.0 + 0.5) - kFirst];
-  // r = (m + low) c - 1, of which the first part is exact.
+  // r = (m + low) c - 1, of which the first part is exact; |r| <= 2^-7.
   const DoubleDouble product = ExactProduct(m, entry.fC);
   const DoubleDouble r = QuickSum(product.fHigh - 1.0, product.fLow + low * entry.fC);
-  const DoubleDouble multiple = DoubleDouble(k * kLn2High) + k * kLn2Low;
-  return (multiple + DoubleDouble(entry.fHigh, entry.fLow)) + (r + SeriesLog1pMinus(r));
+  const double z = r.fHigh;
+  const DoubleDouble square = ExactProduct(z, z);
+  const double z2 = square.fHigh;
+  const double odd = 1.0 / 3 + z2 * (1.0 / 5 + z2 * (1.0 / 7 + z2 * (1.0 / 9 + z2 * (1.0 / 11))));
+  const double even = 1.0 / 4 + z2 * (1.0 / 6 + z2 * (1.0 / 8 + z2 * (1.0 / 10)));
+  const double rest = z2 * (z * odd - z2 * even) - 0.5 * square.fLow - z * r.fLow;
+  const DoubleDouble series = QuickSum(z, -0.5 * z2);
+  const DoubleDouble main = QuickSum(k * kLn2High, entry.fHigh);
+  const DoubleDouble sum = ExactSum(main.fHigh, series.fHigh);
+  const double lows = (main.fLow + (k * kLn2Low + entry.fLow)) + (series.fLow + (r.fLow + rest));
+  return QuickSum(sum.fHigh, sum.fLow + lows);
 }
 
 DoubleDouble Log1pMinus(const DoubleDouble& x) {
-  constexpr double kSeries = 0x1p-7;
-  if (std::fabs(x.fHigh) <= kSeries) return SeriesLog1pMinus(x);
-  return Log(x + 1.0) - x;
+  // -x^2/2 (1 - y), y = 2x/3 - 2x^2/4 + ..., of which the first term counts in full.
+  constexpr double kSeries[] = {-2.0 / 4,  2.0 / 5,  -2.0 / 6,  2.0 / 7,  -2.0 / 8,  2.0 / 9,
+                                -2.0 / 10, 2.0 / 11, -2.0 / 12, 2.0 / 13, -2.0 / 14, 2.0 / 15};
+  constexpr DoubleDouble kTwoThirds(2.0 / 3, 3.700743415417188e-17);
+  const DoubleDouble first = kTwoThirds * x;
+  const DoubleDouble y =
+      QuickSum(first.fHigh, first.fLow + x.fHigh * x.fHigh * Polynomial(kSeries, x.fHigh));
+  const DoubleDouble complement = QuickSum(1.0, -y.fHigh);
+  return (x * x) * DoubleDouble(-0.5 * complement.fHigh, -0.5 * (complement.fLow - y.fLow));
 }
 
 double Exp(const DoubleDouble& x) {

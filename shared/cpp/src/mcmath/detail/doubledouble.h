@@ -50,7 +50,16 @@ inline DoubleDouble operator+(const DoubleDouble& a, const DoubleDouble& b) {
   return QuickSum(sum.fHigh, sum.fLow + low.fLow);
 }
 
+inline DoubleDouble operator+(const DoubleDouble& a, double b) {
+  const DoubleDouble sum = ExactSum(a.fHigh, b);
+  return QuickSum(sum.fHigh, sum.fLow + a.fLow);
+}
+
 inline DoubleDouble operator-(const DoubleDouble& a, const DoubleDouble& b) {
+  return a + -b;
+}
+
+inline DoubleDouble operator-(const DoubleDouble& a, double b) {
   return a + -b;
 }
 
@@ -66,15 +75,19 @@ inline DoubleDouble operator*(const DoubleDouble& a, double b) {
 
 inline DoubleDouble operator/(const DoubleDouble& a, const DoubleDouble& b) {
   const double first = a.fHigh / b.fHigh;
-  const DoubleDouble rest = a - b * first;
-  return QuickSum(first, (rest.fHigh + rest.fLow) / b.fHigh);
+  const double rest = std::fma(-first, b.fHigh, a.fHigh) + (a.fLow - first * b.fLow);
+  return QuickSum(first, rest / b.fHigh);
 }
 
-/// ln(x) for x > 0, with a relative error of some 2^-74 for all of them, x near 1
-/// included.
+inline DoubleDouble operator/(const DoubleDouble& a, double b) {
+  const double first = a.fHigh / b;
+  return QuickSum(first, (std::fma(-first, b, a.fHigh) + a.fLow) / b);
+}
+
+/// ln(x) for x > 0, with an error below 2^-75, and below 2^-67 of the result.
 DoubleDouble Log(const DoubleDouble& x);
 
-/// ln(1 + x) - x, with a relative error of some 2^-66 for all x.fHigh > -1.
+/// ln(1 + x) - x for |x.fHigh| <= 2^-5, with a relative error of some 2^-64.
 DoubleDouble Log1pMinus(const DoubleDouble& x);
 
 /// exp(x), rounded to a double; 0 below -708, so that no result is subnormal.

@@ -8,8 +8,8 @@
 
 #include "mcmath/detail/loggamma.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace MCCommonMath {
 namespace detail {
@@ -30,8 +30,24 @@ struct BetaPoint {
   DoubleDouble fY;
 };
 
+// The part of the density that changes with x, for a, b >= 1: exp of this number.
+DoubleDouble BetaDeviance(const BetaPoint& p) {
+  const DoubleDouble n = ExactSum(p.fA, p.fB);
+  return Deviance(p.fA, n * p.fX) + Deviance(p.fB, n * p.fY);
+}
+
+// The logarithm of the other part, over that of its leading term.
+double BetaCorrection(double a, double b) {
+  return StirlingRemainder(a + b) - StirlingRemainder(a) - StirlingRemainder(b);
+}
+
 // x^a y^b / B(a, b).
 ScaledExp BetaDensity(const BetaPoint& p) {
+  constexpr double kReciprocal2Pi = 0.15915494309189535;
+  if (p.fA >= 1.0) {
+    const double harmonic = p.fA * (p.fB / (p.fA + p.fB));
+    return {std::sqrt(harmonic * kReciprocal2Pi), BetaDeviance(p) + BetaCorrection(p.fA, p.fB)};
+  }
   const DoubleDouble n = ExactSum(p.fA, p.fB);
   const ScaledExp first = GammaDensity(p.fA, n * p.fX);
   const ScaledExp second = GammaDensity(p.fB, n * p.fY);
@@ -75,19 +91,21 @@ double LowerFraction(double a, double b, double x, double y) {
 
 // The power series of w / v, where v = (x - p)/(pq), w^2/2 = -ln(1 + qv)/q - ln(1 - pv)/p, p and q
 // the shares of a and b; from v v' = w (1 + (q-p) v - pq v^2).
-void UniformCoefficients(double p, double q, double (&f)[kUniformTerms]) {
+void UniformCoefficients(double p, double q, std::size_t terms, double (&f)[kUniformTerms]) {
   double v[kUniformTerms + 1] = {1.0};       // of v / w
   double square[kUniformTerms + 1] = {1.0};  // of v^2 / w^2
   f[0] = 1.0;
-  for (std::size_t k = 1; k < kUniformTerms; ++k) {
+  for (std::size_t k = 1; k < terms; ++k) {
     square[k] = 2.0 / static_cast<double>(k + 2) *
                 ((q - p) * v[k - 1] - (k >= 2 ? p * q * square[k - 2] : 0.0));
+    double squares = 0.0;
     double products = 0.0;
-    for (std::size_t i = 1; i < k; ++i) products += v[i] * v[k - i];
-    v[k] = 0.5 * (square[k] - products);
-    double sum = v[k];
-    for (std::size_t i = 1; i < k; ++i) sum += v[i] * f[k - i];
-    f[k] = -sum;
+    for (std::size_t i = 1; i < k; ++i) {
+      squares += v[i] * v[k - i];
+      products += v[i] * f[k - i];
+    }
+    v[k] = 0.5 * (square[k] - squares);
+    f[k] = -(v[k] + products);
   }
 }
 
@@ -134,25 +152,28 @@ Tails OfSmallParameter(const BetaPoint& p, double pivot, double slope) {
   return {lower, beyond + factor * between, slope};
 }
 
+// For large a and b not too far from the mean; false elsewhere.
+bool IsUniform(const BetaPoint& p, Tails& tails) {
+  const double n = p.fA + p.fB;
+  const double harmonic = p.fA * (p.fB / n);
+  if (harmonic < kUniformFrom) return false;
+  const DoubleDouble exponent = BetaDeviance(p);
+  if (exponent.fHigh <= -0.4 * harmonic) return false;
+  const bool isAbove = (ExactSum(p.fA, p.fB) * p.fX).fHigh > p.fA;
+  const UniformPoint point(harmonic, exponent, isAbove);
+  double f[kUniformTerms];
+  UniformCoefficients(p.fA / n, p.fB / n, point.TermsNeeded(), f);
+  tails = point.TailsFor(f, std::exp(BetaCorrection(p.fA, p.fB)));
+  return true;
+}
+
 Tails OfOrdered(const BetaPoint& p) {
+  Tails tails{};
+  if (IsUniform(p, tails)) return tails;
   const double a = p.fA;
   const double b = p.fB;
-  const double n = a + b;
-  const double harmonic = a * (b / n);
   const double x = p.fX.fHigh;
-  const ScaledExp density = BetaDensity(p);
-  const double slope = density.Value();
-  if (harmonic >= kUniformFrom) {
-    const DoubleDouble sum = ExactSum(a, b);
-    const DoubleDouble exponent = Deviance(a, sum * p.fX) + Deviance(b, sum * p.fY);
-    if (exponent.fHigh > -0.4 * harmonic) {
-      double f[kUniformTerms];
-      UniformCoefficients(a / n, b / n, f);
-      const double c = std::exp(StirlingRemainder(n) - StirlingRemainder(a) - StirlingRemainder(b));
-      const bool above = (sum * p.fX - a).fHigh > 0.0;
-      return UniformTails(harmonic, exponent, above, f, c, slope);
-    }
-  }
+  const double slope = BetaDensity(p).Value();
   if (a >= 1.0) {
     if (b * x > a * p.fY.fHigh) return OfUpperSide(p, slope);
     return FromLower(slope / a * LowerSeries(a, b, x), slope);
@@ -172,8 +193,8 @@ Tails IncompleteBeta(double a, double b, const DoubleDouble& x, const DoubleDoub
 double IncompleteBetaNearZero(double a, double b, const DoubleDouble& logX) {
   // The density at the mean, with its powers of x and y taken off again.
   const DoubleDouble n = ExactSum(a, b);
-  const BetaPoint mean{a, b, a / n, b / n};
-  ScaledExp value = BetaDensity(mean);
+  const BetaPoint mean{a, b, DoubleDouble(a) / n, DoubleDouble(b) / n};
+  ScaledExp value = a <= b ? BetaDensity(mean) : BetaDensity({b, a, mean.fY, mean.fX});
   value.fFactor /= a;
   value.fExponent = value.fExponent + (logX - Log(mean.fX)) * a - Log(mean.fY) * b;
   return value.Value();

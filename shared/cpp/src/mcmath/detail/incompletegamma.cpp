@@ -125,10 +125,11 @@ double UpperOfSmall(double a, double x) {
 }  // namespace
 
 Tails IncompleteGamma(double a, double x) {
-  const double slope = GammaDensity(a, x).Value();
   if (a >= kUniformFrom && x > 0.31 * a && x < 2.35 * a) {
-    return UniformTails(a, Deviance(a, x), x > a, kUniform, std::exp(-StirlingRemainder(a)), slope);
+    return UniformPoint(a, Deviance(a, x), x > a)
+        .TailsFor(kUniform, std::exp(-StirlingRemainder(a)));
   }
+  const double slope = GammaDensity(a, x).Value();
   if (x <= a || x <= kSmall) {
     const double lower = slope / a * LowerSeries(a, x);
     return {lower, a <= 1.0 && x <= kSmall ? UpperOfSmall(a, x) : 1.0 - lower, slope};

@@ -4,13 +4,13 @@
 namespace MCCommonMath {
 namespace detail {
 
-/// The x with P(a, x) = lower, where lower + upper = 1, both of them > 0; 0 by underflow. Newton
-/// steps from `start`, or from a start of its own unless that is positive and finite.
+/// The x with P(a, x) = lower, where lower + upper = 1, both of them > 0; 0 by underflow. `start`
+/// is where the search begins, or anything else but a positive finite number for none.
 double GammaQuantile(double a, double lower, double upper, double start);
 
 /// The odds x/(1-x) of the x with I_x(a, b) = lower, where lower + upper = 1, both of them > 0.
-/// May be 0 or infinite by underflow or overflow.
-double BetaQuantileOdds(double a, double b, double lower, double upper);
+/// May be 0 or infinite by underflow or overflow. `start` as above.
+double BetaQuantileOdds(double a, double b, double lower, double upper, double start);
 
 }  // namespace detail
 }  // namespace MCCommonMath

@@ -16,22 +16,34 @@ struct Tails {
   double fSlope;
 };
 
-/// How many terms of the series below are asked for at most.
+/// The most terms that the series below are asked for.
 constexpr std::size_t kUniformTerms = 46;
 
-/// Tails of a variate whose density by eta is sqrt(n/(2 pi)) exp(-n eta^2/2) c f(eta), f(0) = 1:
-/// gamma and beta variates for a suitable eta, by N. M. Temme. `exponent` is -n eta^2/2, `above`
-/// the sign of eta; `f` its power series, kUniformTerms coefficients, with a radius of convergence
-/// of sqrt(4 pi) at least. For |eta| <= 1 and n >= 12. `slope` is handed on.
-///
-/// The upper tail is erfc(eta sqrt(n/2))/2 + exp(-n eta^2/2) S(eta) / sqrt(2 pi n), and the series
-/// of S has coefficients s with s[k-1] = (k+1)/n s[k+1] + c f[k], which are computed downwards
-/// (A. Gil, J. Segura, N. M. Temme 2012, section 2.5).
-Tails UniformTails(double n, const DoubleDouble& exponent, bool above,
-                   const double (&f)[kUniformTerms], double c, double slope);
+/// The point of a variate whose density by eta is sqrt(n/(2 pi)) exp(-n eta^2/2) c f(eta), with
+/// f(0) = 1: gamma and beta variates for a suitable eta, after N. M. Temme. |eta| <= 1, n >= 12.
+class UniformPoint {
+public:
+  /// `exponent` is -n eta^2/2, `isAbove` whether eta is positive.
+  UniformPoint(double n, const DoubleDouble& exponent, bool isAbove);
 
-/// How many terms make the series above as accurate as doubles are.
-std::size_t UniformTermsNeeded(double n, double eta);
+  /// How many coefficients of f give as many digits as doubles have, if their series converges for
+  /// |eta|^2 < 4 pi; at most kUniformTerms.
+  std::size_t TermsNeeded() const;
+
+  /// Both tails, from the leading TermsNeeded() coefficients of f.
+  ///
+  /// The upper tail is erfc(eta sqrt(n/2))/2 + exp(-n eta^2/2) S(eta) / sqrt(2 pi n); the series
+  /// of S has coefficients s with s[k-1] = (k+1)/n s[k+1] + c f[k], which are computed downwards
+  /// (A. Gil, J. Segura, N. M. Temme 2012, section 2.5).
+  Tails TailsFor(const double (&f)[kUniformTerms], double c) const;
+
+private:
+  double fN;
+  DoubleDouble fExponent;
+  bool fbAbove;
+  double fRoot;  // |eta| sqrt(n/2)
+  double fEta;
+};
 
 }  // namespace detail
 }  // namespace MCCommonMath
