@@ -56,16 +56,19 @@ std::string Format(const char* format, Args... args) {
 
 }  // namespace
 
-std::vector<ReferenceRow> ReadReference(const std::string& path) {
+std::vector<ReferenceRow> ReadReference(const std::string& path, std::size_t values) {
   const PointAsDecimal point;
   std::vector<ReferenceRow> rows;
   for (const auto& cells : ReadCells(path)) {
     ReferenceRow& row = rows.emplace_back();
     row.fRegion = cells.front();
-    for (std::size_t i = 1; i + 1 < cells.size(); ++i) {
+    for (std::size_t i = 1; i + values < cells.size(); ++i) {
       row.fArguments.push_back(std::strtod(cells[i].c_str(), nullptr));
     }
-    row.fValue = std::strtold(cells.back().c_str(), nullptr);
+    for (std::size_t i = cells.size() - values; i < cells.size(); ++i) {
+      row.fValues.push_back(std::strtold(cells[i].c_str(), nullptr));
+    }
+    row.fValue = row.fValues.back();
   }
   return rows;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <utility>
@@ -12,15 +13,18 @@
 namespace mctest {
 
 /// One line "region,argument,...,value" of a reference table: arguments as hexadecimal doubles,
-/// so exact, and the value to 30 decimal digits.
+/// so exact, and the value to 22 decimal digits or more. Where a line has several values, fValue is
+/// the last of them.
 struct ReferenceRow {
   std::string fRegion;
   std::vector<double> fArguments;
+  std::vector<long double> fValues;
   long double fValue;
 };
 
-/// All lines of the file. Throws std::runtime_error if it can't be read.
-std::vector<ReferenceRow> ReadReference(const std::string& path);
+/// All lines of the file, whose last `values` cells are values. Throws std::runtime_error if it
+/// can't be read.
+std::vector<ReferenceRow> ReadReference(const std::string& path, std::size_t values = 1);
 
 /// Distance in units of the last place of the expected value as a double. The 64 bits of a long
 /// double resolve 1/2048 of such a unit. Infinity where only one of both is finite.

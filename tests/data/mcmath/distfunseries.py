@@ -41,13 +41,14 @@ def scaled_erfc(x):
 
 
 def error_function():
-    """erf(x)/x and the normal distribution in x^2; exp(x^2) erfc(x) in x - middle on intervals and, times x, in 1/x^2."""
+    """erf(x)/x - 1 and P(0 < Z < x)/x - 1/2 in x^2; exp(x^2) erfc(x) in x - middle on intervals and, times x, in 1/x^2."""
     def quotient(z):
         return mp.erf(mp.sqrt(z)) / mp.sqrt(z) if z > 0 else 2 / mp.sqrt(mp.pi)
 
     coefficients = mp.chebyfit(quotient, [mp.mpf("1e-30"), mp.mpf("0.5")], 11)[::-1]
-    show("kErf", coefficients)
-    show("kNormal", [c / mp.sqrt(2) ** (2 * i + 3) for i, c in enumerate(coefficients)])
+    normal = [c / mp.sqrt(2) ** (2 * i + 3) for i, c in enumerate(coefficients)]
+    show("kErf", [coefficients[0] - 1] + coefficients[1:])
+    show("kNormal", [normal[0] - mp.mpf("0.5")] + normal[1:])
     quarter = mp.mpf(1) / 4
     print("constexpr double kScaledErfc[16][15] = {")
     for i in range(16):
@@ -69,14 +70,22 @@ def stirling():
 
 
 def log_gamma():
-    """ln gamma(x) / ((x - 1)(x - 2)), 0.5 <= x <= 3; 1 / gamma(1 + x), 0 <= x <= 1."""
-    def quotient(x):
-        for zero in (1, 2):
-            if abs(x - zero) < mp.mpf("1e-25"):
-                return mp.psi(0, zero) / (2 * zero - 3)
-        return mp.loggamma(x) / ((x - 1) * (x - 2))
+    """ln gamma(x), over x - 1 and x - 2 next to these zeros, in x - i/2 on i/2 -+ 1/4, i from 1 to
+    6 and x >= 0.5; 1 / gamma(1 + x) for 0 <= x <= 1."""
+    print("constexpr double kLogGamma[6][18] = {")
+    for i in range(1, 7):
+        zero = {2: 1, 4: 2}.get(i)
 
-    pieces("kLogGamma", quotient, [mp.mpf(i) / 2 for i in range(1, 7)], 20)
+        def value(t):
+            x = mp.mpf(i) / 2 + t
+            if zero and abs(x - zero) < mp.mpf("1e-25"):
+                return mp.psi(0, zero)
+            return mp.loggamma(x) / (x - zero if zero else 1)
+
+        low = mp.mpf(0) if i == 1 else -mp.mpf(1) / 4
+        row = mp.chebyfit(value, [low, mp.mpf(1) / 4], 18)[::-1]
+        print("    {" + ", ".join(repr(float(v)) for v in row) + "},")
+    print("};")
     pieces("kReciprocalGamma", lambda x: mp.rgamma(1 + x), [0, mp.mpf(1) / 2, 1], 13)
 
 

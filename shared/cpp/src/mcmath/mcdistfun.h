@@ -126,9 +126,9 @@ public:
   static double idfchb(const double& p, const double& df, const double& start, long& error);
 
   /// Binomial distribution of n trials of probability p: P(K <= k), where k counts as floor(k).
-  /// Error 1 unless n is a whole number >= 1, 0 <= p <= 1 and k isn't NaN. A sum of terms from the
-  /// mode, the first by the saddle-point form of C. Loader (2000); where it would be long, the
-  /// incomplete beta ratio.
+  /// Error 1 unless n is a whole number >= 1, 0 <= p <= 1 and k isn't NaN. The sum of
+  /// the terms on k's side of the mode, the first by the saddle-point form of C. Loader (2000);
+  /// where it would be long, the incomplete beta ratio.
   static double CdfBin(const double& k, const double& n, const double& p, long& error);
 
   /// P(K = k): 0 for k < 0 and k > n, without error; error 1 for a k that is not whole and for the

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Binomial distribution.
 #include "mcmath/detail/countingterms.h"
+#include "mcmath/detail/doubledouble.h"
 #include "mcmath/detail/errorfunction.h"
 #include "mcmath/detail/incompletebeta.h"
 #include "mcmath/detail/refusal.h"
@@ -13,38 +14,55 @@ namespace MCCommonMath {
 
 namespace {
 
+using detail::DoubleDouble;
 using detail::Refuse;
 
 bool IsBinomial(double n, double p) {
   return n >= 1.0 && std::isfinite(n) && std::floor(n) == n && p >= 0.0 && p <= 1.0;
 }
 
-// P(K <= k) as a sum of terms from the mode, or from k if that is less: downwards, and up to k.
-double SumFromMode(double k, double n, double p) {
-  const double mode = std::min(k, std::floor((n + 1.0) * p));
-  const double odds = p / (1.0 - p);
-  const double first = detail::BinomialTerm(mode, n, p);
+// The terms from k downwards over the first one, for k up to the mode; they end where one no longer
+// changes the sum. The odds count in each term once more, so their rounding error would add up.
+double SumDown(double k, double n, double p) {
+  const DoubleDouble odds = detail::ExactSum(1.0, -p) / p;
   double sum = 1.0;
   double term = 1.0;
-  for (double i = mode; i > 0.0; i -= 1.0) {
-    term *= i / ((n - i + 1.0) * odds);
+  for (double i = k; i > 0.0; i -= 1.0) {
+    term *= i / (n - i + 1.0);
+    term = term * odds.fHigh + term * odds.fLow;
     if (sum + term == sum) break;
     sum += term;
   }
-  term = 1.0;
-  for (double i = mode; i < k; i += 1.0) {
-    term *= (n - i) * odds / (i + 1.0);
+  return sum;
+}
+
+// The same upwards.
+double SumUp(double k, double n, double p) {
+  const DoubleDouble odds = DoubleDouble(p) / detail::ExactSum(1.0, -p);
+  double sum = 1.0;
+  double term = 1.0;
+  for (double i = k; i < n; i += 1.0) {
+    term *= (n - i) / (i + 1.0);
+    term = term * odds.fHigh + term * odds.fLow;
     if (sum + term == sum) break;
     sum += term;
   }
-  return std::min(1.0, first * sum);
+  return sum;
+}
+
+// P(K <= k) by the terms on that side of the mode that k lies on, the largest first.
+double SumOfTerms(double k, double n, double p) {
+  if (k < std::floor((n + 1.0) * p)) {
+    return std::min(1.0, detail::BinomialTerm(k, n, p) * SumDown(k, n, p));
+  }
+  return std::max(0.0, 1.0 - detail::BinomialTerm(k + 1.0, n, p) * SumUp(k + 1.0, n, p));
 }
 
 // P(K <= k) for whole 0 <= k < n and 0 < p < 1.
 double LowerTail(double k, double n, double p) {
   constexpr double kLongSum = 100.0;
   if (k == 0.0) return detail::BinomialTerm(0.0, n, p);
-  if (n * p * (1.0 - p) <= kLongSum) return SumFromMode(k, n, p);
+  if (n * p * (1.0 - p) <= kLongSum) return SumOfTerms(k, n, p);
   return detail::IncompleteBeta(n - k, k + 1.0, detail::ExactSum(1.0, -p), p).fLower;
 }
 

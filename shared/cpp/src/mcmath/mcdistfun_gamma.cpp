@@ -39,7 +39,7 @@ double WilsonHilferty(double x, double a) {
 }
 
 bool IsApproximated(double x, double a) {
-  constexpr double kLastLogGamma = 2.556348e305;  // beyond it ln gamma overflows
+  constexpr double kLastLogGamma = 2.559983e305;  // beyond it ln gamma overflows
   constexpr double kLargeX = 9.4011e76;           // 4 ln x = 709
   if (a > kLastLogGamma) return true;
   if (x <= 1.0 || a >= x) return x / (a + 1.0) == 1.0;

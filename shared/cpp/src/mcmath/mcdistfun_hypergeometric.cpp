@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Hypergeometric distribution.
 #include "mcmath/detail/countingterms.h"
+#include "mcmath/detail/doubledouble.h"
 #include "mcmath/detail/refusal.h"
 #include "mcmath/mcdistfun.h"
 
@@ -11,40 +12,54 @@ namespace MCCommonMath {
 
 namespace {
 
+using detail::DoubleDouble;
 using detail::HypergeometricTerm;
 using detail::Urn;
+
+// Terms fall off faster than a geometric series soon after the first: what follows such a term
+// doesn't change the sum.
+constexpr double kNegligible = 0x1p-58;
 
 bool IsCount(double x) {
   return x >= 0.0 && std::floor(x) == x;
 }
 
-// The ratio of the terms at k + 1 and k.
-double RatioUp(double k, const Urn& urn) {
-  return (urn.fMarked - k) * (urn.fDrawn - k) /
-         ((k + 1.0) * (urn.fAll - urn.fMarked - urn.fDrawn + k + 1.0));
+// The least and the most that can be marked among those drawn.
+double Least(const Urn& urn) {
+  return std::max(0.0, urn.fDrawn - (urn.fAll - urn.fMarked));
 }
 
-// Terms from k downwards, over the first.
+double Most(const Urn& urn) {
+  return std::min(urn.fMarked, urn.fDrawn);
+}
+
+// The term at k + 1 over the one at k. Both products are exact up to N = 9e7.
+DoubleDouble RatioUp(double k, const Urn& urn) {
+  return detail::ExactProduct(urn.fMarked - k, urn.fDrawn - k) /
+         detail::ExactProduct(k + 1.0, urn.fAll - urn.fMarked - urn.fDrawn + k + 1.0);
+}
+
+// Terms from k downwards, over the first. In twice the precision: there may be some thousands.
 double SumDown(double k, const Urn& urn) {
-  double sum = 1.0;
-  double term = 1.0;
-  for (double i = k - 1.0; term > 0.0; i -= 1.0) {
-    term /= RatioUp(i, urn);
-    if (sum + term == sum) break;
-    sum += term;
+  DoubleDouble sum = 1.0;
+  DoubleDouble term = 1.0;
+  for (double i = k - 1.0; i >= Least(urn); i -= 1.0) {
+    term = term / RatioUp(i, urn);
+    sum = sum + term.fHigh;
+    if (term.fHigh < kNegligible * sum.fHigh) break;
   }
-  return sum;
+  return sum.fHigh;
 }
 
 double SumUp(double k, const Urn& urn) {
-  double sum = 1.0;
-  double term = 1.0;
-  for (double i = k; term > 0.0; i += 1.0) {
-    term *= RatioUp(i, urn);
-    if (sum + term == sum) break;
-    sum += term;
+  DoubleDouble sum = 1.0;
+  DoubleDouble term = 1.0;
+  for (double i = k; i < Most(urn); i += 1.0) {
+    term = term * RatioUp(i, urn);
+    sum = sum + term.fHigh;
+    if (term.fHigh < kNegligible * sum.fHigh) break;
   }
-  return sum;
+  return sum.fHigh;
 }
 
 // Sum of the terms at edge -+ 1/2, -+ 3/2, ... where they fall off, for a deviation `sd` of
@@ -57,10 +72,8 @@ double SumOfMany(double edge, double direction, double sd, const Urn& urn) {
   constexpr double kWeights[] = {0.1894506104550685,   0.18260341504492358, 0.16915651939500254,
                                  0.14959598881657674,  0.12462897125553388, 0.09515851168249279,
                                  0.062253523938647894, 0.027152459411754096};
-  const double least = std::max(0.0, urn.fDrawn - (urn.fAll - urn.fMarked));
-  const double most = std::min(urn.fMarked, urn.fDrawn);
   const auto termAt = [&](double k) {
-    return k >= least + 1.0 && k <= most - 1.0 ? HypergeometricTerm(k, urn) : 0.0;
+    return k >= Least(urn) + 1.0 && k <= Most(urn) - 1.0 ? HypergeometricTerm(k, urn) : 0.0;
   };
   double integral = 0.0;
   const double half = 0.5 * sd;
@@ -74,7 +87,7 @@ double SumOfMany(double edge, double direction, double sd, const Urn& urn) {
     if (!(half * stretch > 1e-18 * integral)) break;
   }
   // Derivatives by the logarithm of the term, which changes slowly.
-  const double rate = std::log(RatioUp(edge - 0.5, urn));
+  const double rate = std::log(RatioUp(edge - 0.5, urn).fHigh);
   return integral - termAt(edge) * direction * -rate * (1.0 / 24.0 - 7.0 / 5760.0 * rate * rate);
 }
 
@@ -106,9 +119,9 @@ double MCDistFun::CDFHyper(double x, double N, double K, double n, int& error) {
       N > kMostExact) {
     return detail::Refuse(error);
   }
-  if (x < std::max(0.0, n - (N - K))) return 0.0;
-  if (x >= std::min(K, n)) return 1.0;
-  return LowerTail(std::floor(x), {N, K, n});
+  const Urn urn{N, K, n};
+  if (x < Least(urn)) return 0.0;
+  return x >= Most(urn) ? 1.0 : LowerTail(std::floor(x), urn);
 }
 
 }  // namespace MCCommonMath

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/detail/countingterms.h"
 
+#include "mcmath/detail/doubledouble.h"
+#include "mcmath/detail/loggamma.h"
+
 #include <cmath>
 
 namespace MCCommonMath {
@@ -10,20 +13,27 @@ namespace {
 
 constexpr double k2Pi = 6.283185307179586;
 
+// The Poisson probability mean^count exp(-mean) / count! is exp(fExponent) / sqrt(fSquare); count
+// is 0 or at least 1.
+struct PoissonTerm {
+  PoissonTerm(double square, const DoubleDouble& exponent) : fSquare(square), fExponent(exponent) {}
+  PoissonTerm(double count, const DoubleDouble& mean, double remainder)
+      : fSquare(count > 0.0 ? k2Pi * count : 1.0),
+        fExponent(count > 0.0 ? Deviance(count, mean) - remainder : -mean) {}
+
+  double fSquare;
+  DoubleDouble fExponent;
+};
+
+PoissonTerm Term(double count, const DoubleDouble& mean) {
+  return {count, mean, count > 0.0 ? StirlingRemainder(count) : 0.0};
+}
+
+PoissonTerm operator*(const PoissonTerm& a, const PoissonTerm& b) {
+  return {a.fSquare * b.fSquare, a.fExponent + b.fExponent};
+}
+
 }  // namespace
-
-ScaledExp PoissonTerm(double count, const DoubleDouble& mean) {
-  if (count == 0.0) return {1.0, -mean};
-  return {1.0 / std::sqrt(k2Pi * count), Deviance(count, mean) - StirlingRemainder(count)};
-}
-
-ScaledExp operator*(const ScaledExp& a, const ScaledExp& b) {
-  return {a.fFactor * b.fFactor, a.fExponent + b.fExponent};
-}
-
-ScaledExp operator/(const ScaledExp& a, const ScaledExp& b) {
-  return {a.fFactor / b.fFactor, a.fExponent - b.fExponent};
-}
 
 double BinomialTerm(double k, double n, double p) {
   const DoubleDouble q = ExactSum(1.0, -p);
@@ -38,19 +48,18 @@ double BinomialTerm(double k, double n, double p) {
 
 double HypergeometricTerm(double k, const Urn& urn) {
   const double plain = urn.fAll - urn.fMarked;
+  const double rest = urn.fAll - urn.fDrawn;
   const DoubleDouble drawnShare = DoubleDouble(urn.fDrawn) / urn.fAll;
-  const DoubleDouble leftShare = DoubleDouble(urn.fAll - urn.fDrawn) / urn.fAll;
-  const double left = urn.fMarked - k;
-  const double plainDrawn = urn.fDrawn - k;
-  const double plainLeft = plain - plainDrawn;
-  const ScaledExp cells =
-      PoissonTerm(k, drawnShare * urn.fMarked) * PoissonTerm(left, leftShare * urn.fMarked) *
-      PoissonTerm(plainDrawn, drawnShare * plain) * PoissonTerm(plainLeft, leftShare * plain);
-  const ScaledExp margins = PoissonTerm(urn.fMarked, urn.fMarked) * PoissonTerm(plain, plain) *
-                            PoissonTerm(urn.fDrawn, urn.fDrawn) *
-                            PoissonTerm(urn.fAll - urn.fDrawn, urn.fAll - urn.fDrawn) /
-                            PoissonTerm(urn.fAll, urn.fAll);
-  return (cells / margins).Value();
+  const DoubleDouble restShare = DoubleDouble(rest) / urn.fAll;
+  const PoissonTerm cells =
+      Term(k, drawnShare * urn.fMarked) * Term(urn.fMarked - k, restShare * urn.fMarked) *
+      Term(urn.fDrawn - k, drawnShare * plain) * Term(rest - (urn.fMarked - k), restShare * plain);
+  const PoissonTerm margins = Term(urn.fMarked, urn.fMarked) * Term(plain, plain) *
+                              Term(urn.fDrawn, urn.fDrawn) * Term(rest, rest);
+  const PoissonTerm all = Term(urn.fAll, urn.fAll);
+  return ScaledExp{std::sqrt(margins.fSquare / (cells.fSquare * all.fSquare)),
+                   cells.fExponent + all.fExponent - margins.fExponent}
+      .Value();
 }
 
 }  // namespace detail

@@ -16,13 +16,14 @@ namespace detail {
 
 namespace {
 
-// erf(x)/x in x^2 for x^2 <= 1/2, and (P(Z <= x) - 1/2)/x in x^2 for x^2 <= 1.
-constexpr double kErf[] = {1.1283791670955126,      -0.3761263890318374,     0.11283791670954227,
+// erf(x)/x - 1 in x^2 for x^2 <= 1/2, and (P(Z <= x) - 1/2)/x - 1/2 in x^2 for x^2 <= 1. What is
+// split off needs no rounding.
+constexpr double kErf[] = {0.1283791670955126,      -0.3761263890318374,     0.11283791670954227,
                            -0.02686617064485022,    0.005223977620934993,    -0.0008548326601313971,
                            0.00012055308296795711,  -1.4924721137472728e-05, 1.6439551639371642e-06,
                            -1.6022858870806116e-07, 1.1800511424551558e-08};
 constexpr double kNormal[] = {
-    0.3989422804014327,     -0.06649038006690543,   0.009973557010035022,  -0.0011873282154680343,
+    -0.10105771959856732,   -0.06649038006690543,   0.009973557010035022,  -0.0011873282154680343,
     0.00011543468751655941, -9.444655793103845e-06, 6.659679879655231e-07, -4.1224107514160815e-08,
     2.2704137585676e-09,    -1.106432828275589e-10, 4.0743269774266276e-12};
 
@@ -104,6 +105,7 @@ constexpr double kFarErfc[] = {0.5641895835477563,  -0.2820947917737877, 0.42314
 
 constexpr double kSqrtHalf = 0.70710678118654752;
 constexpr double kSqrt2 = 1.4142135623730951;
+constexpr double kSqrt2Rest = -9.667293313452913e-17;
 constexpr double kSqrt2Pi = 2.5066282746310002;
 
 // Below this, the density at a quantile may be no normal double.
@@ -111,12 +113,28 @@ constexpr double kLeastTail = 1e-300;
 
 // P(Z <= x) - 1/2 for |x| <= 1.
 double CentralNormal(double x) {
-  return x * Polynomial(kNormal, x * x);
+  return 0.5 * x + x * Polynomial(kNormal, x * x);
 }
 
-// erfc(x) for x >= 0, where square is x^2 with its rounding error.
-double TailErfc(double x, const DoubleDouble& square) {
-  return Exp(-square) * ScaledErfc(x);
+// ScaledErfc(x) (1 + more) for |more| of a rounding error.
+double ScaledErfcAndMore(double x, double more) {
+  if (x < 8.0) {
+    const int interval = static_cast<int>(2.0 * x);
+    const auto& series = kScaledErfc[interval];
+    const double rest = PolynomialRest(series, x - (0.5 * interval + 0.25));
+    return series[0] + (rest + series[0] * more);
+  }
+  const double rest = PolynomialRest(kFarErfc, 1.0 / (x * x));
+  return (kFarErfc[0] + (rest + kFarErfc[0] * more)) / x;
+}
+
+// erfc(x + rest) for x >= 0 and a rest of a rounding error, where square is that of their sum.
+double TailErfc(double x, const DoubleDouble& square, double rest) {
+  constexpr double kMachineMinExp = -708.0;
+  if (-square.fHigh < kMachineMinExp) return 0.0;
+  // The scaled function falls by about 1/(x + sqrt(pi)/2) of itself per unit.
+  const double more = -square.fLow - rest / (x + 0.886);
+  return std::exp(-square.fHigh) * ScaledErfcAndMore(x, more);
 }
 
 // The quantile by AS 241, from p - 1/2 and the smaller tail.
@@ -171,29 +189,31 @@ double QuantileStart(double centre, double tail) {
 }  // namespace
 
 double ScaledErfc(double x) {
-  if (x < 8.0) {
-    const int interval = static_cast<int>(2.0 * x);
-    return Polynomial(kScaledErfc[interval], x - (0.5 * interval + 0.25));
-  }
-  return Polynomial(kFarErfc, 1.0 / (x * x)) / x;
+  return ScaledErfcAndMore(x, 0.0);
 }
 
 double Erf(double x) {
-  if (std::fabs(x) <= kSqrtHalf) return x * Polynomial(kErf, x * x);
+  if (std::fabs(x) <= kSqrtHalf) return x + x * Polynomial(kErf, x * x);
   if (std::fabs(x) > 6.0) return std::copysign(1.0, x);
-  const double size = 1.0 - TailErfc(std::fabs(x), ExactProduct(x, x));
+  const double size = 1.0 - TailErfc(std::fabs(x), ExactProduct(x, x), 0.0);
   return std::copysign(size, x);
 }
 
 double Erfc(double x) {
-  if (x <= 0.5) return 1.0 - Erf(x);
-  return x > 27.0 ? 0.0 : TailErfc(x, ExactProduct(x, x));
+  if (std::fabs(x) <= 0.5) return 1.0 - Erf(x);
+  if (std::fabs(x) > 27.0) return x > 0.0 ? 0.0 : 2.0;
+  const double tail = TailErfc(std::fabs(x), ExactProduct(x, x), 0.0);
+  return x > 0.0 ? tail : 2.0 - tail;
 }
 
 double NormalLower(double x) {
   if (std::fabs(x) >= 39.0) return x > 0.0 ? 1.0 : 0.0;
-  if (std::fabs(x) <= 0.75) return 0.5 + CentralNormal(x);
-  const double tail = 0.5 * TailErfc(std::fabs(x) / kSqrt2, ExactProduct(x, x) * 0.5);
+  if (std::fabs(x) <= 1.0) return 0.5 + CentralNormal(x);
+  const double size = std::fabs(x);
+  const double quotient = size / kSqrt2;
+  // What the rounding of quotient and of kSqrt2 leaves.
+  const double rest = (std::fma(-quotient, kSqrt2, size) - quotient * kSqrt2Rest) / kSqrt2;
+  const double tail = 0.5 * TailErfc(quotient, ExactProduct(x, x) * 0.5, rest);
   return x > 0.0 ? 1.0 - tail : tail;
 }
 
@@ -202,15 +222,13 @@ double NormalQuantile(double p) {
   const double start = QuantileStart(p - 0.5, tail);
   const double size = std::fabs(start);
   if (tail < kLeastTail) return start;
-  // The error of the start in units of the density there, from the centre or from the tail.
-  const double density = Exp(ExactProduct(start, start) * -0.5);
-  double error = 0.0;
-  if (size <= 0.75) {
-    const double centre = CentralNormal(size) - (0.5 - tail);
-    error = kSqrt2Pi * centre / density;
-  } else {
-    error = kSqrt2Pi * (tail / density - 0.5 * ScaledErfc(size / kSqrt2));
-  }
+  // How far the start's tail is off, over the density there.
+  const DoubleDouble exponent = ExactProduct(start, start) * -0.5;
+  const double density = std::exp(exponent.fHigh);
+  const double beyond =
+      size <= 1.0 ? (0.5 - tail) - CentralNormal(size)
+                  : 0.5 * density * ScaledErfcAndMore(size / kSqrt2, exponent.fLow) - tail;
+  const double error = -kSqrt2Pi * beyond / density;
   const double root = size - error / (1.0 - 0.5 * size * error);
   return p < 0.5 ? -root : root;
 }

@@ -12,7 +12,7 @@ double StirlingRemainder(double x);
 /// ln gamma(x) for x > 0, infinity included.
 double LogGamma(double x);
 
-/// ln gamma(1 + x) for -0.5 <= x <= 1.5; its relative accuracy holds at the zeros 0 and 1.
+/// ln gamma(1 + x) for -0.5 <= x <= 2; its relative accuracy holds at the zeros 0 and 1.
 double LogGamma1p(double x);
 
 /// 1 / gamma(1 + x) for 0 <= x <= 1.
