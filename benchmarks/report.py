@@ -60,6 +60,20 @@ GROUPS = [
     ("Binomial numbers, 1,000 trials", "RandomBinomials", ["RandomBinomialsPeer64"], {}),
     ("Beta numbers, 2 and 3", "RandomBetas", [], {}),
     ("Merging n models of 1 MB each", "MergeModels", ["MergeModelsPeerXerces"], {}),
+    ("Distributions: erfc, a call", "DistributionErfc", ["DistributionErfcBoost"], {}),
+    ("Distributions: normal distribution, a call", "DistributionNormal", ["DistributionNormalBoost"], {}),
+    ("Distributions: normal quantile, a call", "DistributionNormalQuantile", ["DistributionNormalQuantileBoost"], {}),
+    ("Distributions: ln gamma, a call", "DistributionLogGamma", ["DistributionLogGammaBoost"], {}),
+    ("Distributions: incomplete gamma, a call", "DistributionGamma", ["DistributionGammaBoost"], {}),
+    ("Distributions: incomplete beta, a call", "DistributionBeta", ["DistributionBetaBoost"], {}),
+    ("Distributions: t, a call", "DistributionT", ["DistributionTBoost"], {}),
+    ("Distributions: F, upper tail, a call", "DistributionF", ["DistributionFBoost"], {}),
+    ("Distributions: binomial, a call", "DistributionBinomial", ["DistributionBinomialBoost"], {}),
+    ("Distributions: binomial term, a call", "DistributionBinomialTerm", ["DistributionBinomialTermBoost"], {}),
+    ("Distributions: chi-square quantile, a call", "DistributionChiSquareQuantile", ["DistributionChiSquareQuantileBoost"], {}),
+    ("Distributions: beta quantile, a call", "DistributionBetaQuantile", ["DistributionBetaQuantileBoost"], {}),
+    ("Distributions: t quantile, a call", "DistributionTQuantile", ["DistributionTQuantileBoost"], {}),
+    ("Distributions: F quantile, a call", "DistributionFQuantile", ["DistributionFQuantileBoost"], {}),
 ]
 
 # The data, the name of the peer, how many times its time and how many megabytes are the goal. A
@@ -78,6 +92,7 @@ BUILDS = [
 ]
 
 PEER_NAMES = {
+    **{group[2][0]: "Boost.Math" for group in GROUPS if group[0].startswith("Distributions: ")},
     "DenseDsyrk": "OpenBLAS dsyrk", "DenseEigen": "Eigen rankUpdate", "DensePlainLoop": "plain loop",
     "SparsePlainLoop": "plain loop with zeros", "SweepPeerPotrfPotri": "OpenBLAS dpotrf + dpotri",
     "SweepOneByOne": "Sweep one by one", "CholeskyPeerPotrf": "OpenBLAS dpotrf",

@@ -121,6 +121,7 @@ TEST(MCDistFunInverse, OfChiSquareConvergesFromAnyStart) {
   for (const double df : {0.5, 4.0, 300.0}) {
     for (const double p : {1e-200, 1e-5, 0.3, 0.9, 1.0 - 1e-12}) {
       const double expected = D::veskidfchi(p, df, error);
+      if (expected < 1e-290) continue;  // next to the end of doubles, or 0
       for (const double start : {1e-300, 1e-10, 0.5, 20.0, 1e4, 1e300}) {
         EXPECT_NEAR(D::idfchb(p, df, start, error) / expected, 1.0, 1e-13)
             << df << ' ' << p << ' ' << start;
@@ -157,9 +158,9 @@ TEST(MCDistFun, IsMonotoneAndItsTailsAddUpToOne) {
     for (double x = 0.01; x < 3.0 * a + 20.0; x *= 1.05) {
       const double lower = D::CdfChi(x, a);
       EXPECT_GE(lower, before - 1e-15) << a << ' ' << x;
-      EXPECT_NEAR(lower + D::SigChi(x, a), 1.0, 4e-16);
-      EXPECT_NEAR(D::CdfF(x, a, 7.0) + D::SigF(x, a, 7.0), 1.0, 4e-16);
-      EXPECT_NEAR(D::CdfT(x, a) + D::CdfT(-x, a), 1.0, 4e-16);
+      EXPECT_NEAR(lower + D::SigChi(x, a), 1.0, 9e-16);
+      EXPECT_NEAR(D::CdfF(x, a, 7.0) + D::SigF(x, a, 7.0), 1.0, 9e-16);
+      EXPECT_NEAR(D::CdfT(x, a) + D::CdfT(-x, a), 1.0, 9e-16);
       EXPECT_EQ(D::SigT(x, a), 2.0 * D::CdfT(-x, a));
       before = lower;
     }

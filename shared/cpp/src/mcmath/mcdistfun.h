@@ -142,7 +142,8 @@ public:
   /// Hypergeometric distribution: the probability that of n objects, drawn without replacement
   /// from N of which K are marked, at most x are marked; x counts as floor(x). Error 1 unless N, K
   /// and n are whole, 0 <= K <= N, 0 <= n <= N and N <= 2^53, and x isn't NaN. Terms as in C.
-  /// Loader (2000).
+  /// Loader (2000), summed on x's side of the mode; beyond a standard deviation of 10,000, so N
+  /// above 1.6e9, their integral, to 1e-10 of the tail.
   static double CDFHyper(double x, double N, double K, double n, int& error);
 
   /// Quantile of level p, 0 <= p <= 1, of `values`, sorted ascending, which count `weights` times

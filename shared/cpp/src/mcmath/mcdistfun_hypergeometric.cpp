@@ -99,7 +99,7 @@ double Deviation(const Urn& urn) {
 
 // P(K <= k) for a k inside the support, by the tail that k lies in.
 double LowerTail(double k, const Urn& urn) {
-  constexpr double kMany = 5000.0;
+  constexpr double kMany = 10000.0;
   const double mode = std::floor((urn.fMarked + 1.0) * ((urn.fDrawn + 1.0) / (urn.fAll + 2.0)));
   const double sd = Deviation(urn);
   if (sd > kMany) {

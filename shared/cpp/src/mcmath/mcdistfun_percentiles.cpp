@@ -67,7 +67,7 @@ double Discontinuous(long method, double p, double n, const Doubles& values,
                      const Doubles& weights) {
   const double position = method == 3 ? n * p - 0.5 : n * p;
   if (!IsNearlyWhole(position)) {
-    return ValueOfRank(std::ceil(position), values, weights);
+    return ValueOfRank(position, values, weights);
   }
   const double rank = std::round(position);
   if (method == 1) return ValueOfRank(rank, values, weights);

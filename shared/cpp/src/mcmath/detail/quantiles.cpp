@@ -60,11 +60,13 @@ struct TailAt {
   double fBend;
 };
 
-// Solves tail(x) = target by Halley's steps in u = ln x on the logarithm of the tail. Steps end
-// after the first one that follows a step after which at most 1e-8 of x was to go.
+// Solves tail(x) = target, of a rising or falling tail, by Halley's steps in u = ln x on the
+// logarithm of the tail. Steps end after the first one that follows a step after which at most 1e-8
+// of x was to go.
 template <class Tail>
-double SolveTail(Tail tail, double target, double start) {
+double SolveTail(Tail tail, bool isRising, double target, double start) {
   constexpr double kTolerance = 1e-8;
+  constexpr double kNear = 2e-3;  // its cube is about what a step leaves
   constexpr int kSteps = 200;
   Bracket bracket;
   double x = start;
@@ -72,14 +74,15 @@ double SolveTail(Tail tail, double target, double start) {
   for (int i = 0; i < kSteps && x > 0.0 && x < kInfinity; ++i) {
     const TailAt at = tail(x);
     if (at.fValue == target) return x;
-    bracket.Add(x, (at.fValue < target) == (at.fSlope >= 0.0));
+    bracket.Add(x, (at.fValue < target) == isRising);
     const double rate = at.fSlope / at.fValue;
-    const double newton = std::log(target / at.fValue) / rate;
+    const double distance = std::log(target / at.fValue);
+    const double newton = distance / rate;
     const double bend = 0.5 * newton * (at.fBend - rate);
     const double step = newton / (1.0 + std::min(1.0, std::max(-0.5, bend)));
     const double proposed = x * std::exp(step);
     if (isLast) return proposed > 0.0 ? proposed : x;
-    isLast = std::fabs(step) * bend * bend <= kTolerance;
+    isLast = std::fabs(distance) <= kNear && std::fabs(step) * bend * bend <= kTolerance;
     x = isLast ? proposed : bracket.Inside(proposed);
   }
   return x;
@@ -131,7 +134,7 @@ double LowerBetaOdds(double a, double b, double lower, double start) {
     const Tails tails = IncompleteBeta(a, b, x, y);
     return TailAt{tails.fLower, tails.fSlope, a * y.fHigh - b * x.fHigh};
   };
-  return SolveTail(tail, lower, IsGiven(start) ? start : BetaStartOdds(a, b, lower));
+  return SolveTail(tail, true, lower, IsGiven(start) ? start : BetaStartOdds(a, b, lower));
 }
 
 }  // namespace
@@ -143,7 +146,7 @@ double GammaQuantile(double a, double lower, double upper, double start) {
     return isLower ? TailAt{tails.fLower, tails.fSlope, a - x}
                    : TailAt{tails.fUpper, -tails.fSlope, a - x};
   };
-  return SolveTail(tail, isLower ? lower : upper,
+  return SolveTail(tail, isLower, isLower ? lower : upper,
                    IsGiven(start) ? start : GammaStart(a, lower, upper));
 }
 
