@@ -27,11 +27,13 @@ double SumDown(double k, double n, double p) {
   const DoubleDouble odds = detail::ExactSum(1.0, -p) / p;
   double sum = 1.0;
   double term = 1.0;
-  for (double i = k; i > 0.0; i -= 1.0) {
+  double i = k;
+  while (i > 0.0) {
     term *= i / (n - i + 1.0);
     term = term * odds.fHigh + term * odds.fLow;
     if (sum + term == sum) break;
     sum += term;
+    i -= 1.0;
   }
   return sum;
 }
@@ -41,11 +43,13 @@ double SumUp(double k, double n, double p) {
   const DoubleDouble odds = DoubleDouble(p) / detail::ExactSum(1.0, -p);
   double sum = 1.0;
   double term = 1.0;
-  for (double i = k; i < n; i += 1.0) {
+  double i = k;
+  while (i < n) {
     term *= (n - i) / (i + 1.0);
     term = term * odds.fHigh + term * odds.fLow;
     if (sum + term == sum) break;
     sum += term;
+    i += 1.0;
   }
   return sum;
 }

@@ -43,7 +43,9 @@ DoubleDouble RatioUp(double k, const Urn& urn) {
 double SumDown(double k, const Urn& urn) {
   DoubleDouble sum = 1.0;
   DoubleDouble term = 1.0;
-  for (double i = k - 1.0; i >= Least(urn); i -= 1.0) {
+  double i = k;
+  while (i > Least(urn)) {
+    i -= 1.0;
     term = term / RatioUp(i, urn);
     sum = sum + term.fHigh;
     if (term.fHigh < kNegligible * sum.fHigh) break;
@@ -54,8 +56,10 @@ double SumDown(double k, const Urn& urn) {
 double SumUp(double k, const Urn& urn) {
   DoubleDouble sum = 1.0;
   DoubleDouble term = 1.0;
-  for (double i = k; i < Most(urn); i += 1.0) {
+  double i = k;
+  while (i < Most(urn)) {
     term = term * RatioUp(i, urn);
+    i += 1.0;
     sum = sum + term.fHigh;
     if (term.fHigh < kNegligible * sum.fHigh) break;
   }

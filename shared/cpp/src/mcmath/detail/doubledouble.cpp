@@ -140,7 +140,7 @@ DoubleDouble Log(const DoubleDouble& x) {
   double m = 0.0;
   std::memcpy(&m, &mantissa, sizeof m);
   const double low = x.fLow * PowerOfTwo(k);
-  const LogarithmEntry& entry = kLogarithms[static_cast<int>(m * 128.0 + 0.5) - kFirst];
+  const LogarithmEntry& entry = kLogarithms[static_cast<int>(m * 128.0 - (kFirst - 0.5))];
   // r = (m + low) c - 1, of which the first part is exact; |r| <= 2^-7.
   const DoubleDouble product = ExactProduct(m, entry.fC);
   const DoubleDouble r = QuickSum(product.fHigh - 1.0, product.fLow + low * entry.fC);
