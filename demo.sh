@@ -117,6 +117,8 @@ echo
 echo "== What PMML files tell of the data: that of the description above, and that of this model"
 run "$mcfit" dictionary "$scratch/birthwt.xml"
 run "$mcfit" dictionary "$scratch/birthwt-model.xml"
+
+echo
 echo "== One model for each of two groups, and both in one PMML document; the same again by hand"
 run "$mcfit" split examples/data/birthwt.csv --by smoke --kind logistic --dependent birthweight \
   --factors race --covariates age,lwt --out-dir "$scratch/births"
