@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 
 #include <limits>
-#include <set>
 #include <utility>
 
 namespace mcfit {
@@ -18,17 +17,19 @@ using MCCommonMetadata::IMCVariable;
 
 namespace {
 
-// As the dictionary has them, unless digits that this leaves out tell two of them apart.
+// As the dictionary of a document has them or, where its digits don't tell a number, exactly.
 std::vector<std::string> CategoryLabels(const IMCEncoder& encoder) {
+  const bool areNumbers = encoder.GetEncoderType() == MCCommonMetadata::MC_ENC_CAT_NUM;
   std::vector<std::string> labels;
   std::vector<std::string> exact;
+  bool isExact = true;
   for (int code = 0; code < encoder.GetNumberOfCategories(); ++code) {
     labels.push_back(encoder.Decode(code));
+    if (!areNumbers) continue;
     exact.push_back(fmt::format("{}", encoder.DecodeNum(code)));
+    isExact = isExact && ParseNumber(labels.back()) == encoder.DecodeNum(code);
   }
-  const bool areUnique =
-      std::set<std::string>(labels.begin(), labels.end()).size() == labels.size();
-  return areUnique ? labels : exact;
+  return isExact ? labels : exact;
 }
 
 }  // namespace
@@ -90,7 +91,8 @@ Declaration::Finding Declaration::CodeOf(double code, double& value) const {
 }
 
 std::string Declaration::Label(std::string_view cell) const {
-  return fbHasStrings ? std::string(cell) : fmt::format("{}", ParseNumber(cell).value_or(0.0));
+  return fbHasStrings ? std::string(cell)
+                      : fmt::format("{}", ParseNumber(cell).value_or(0.0) + 0.0);
 }
 
 Declarations::Declarations(MCCommonMetadata::MCVarList variables,

@@ -53,7 +53,7 @@ public:
   /// What the cell, which isn't empty, holds; `value` is set for kValue alone.
   Finding Read(std::string_view cell, double& value) const;
 
-  /// The category of such a cell as tables show it: of a number, its shortest form.
+  /// The category of such a cell as tables show it: of a number, its shortest form. Zero has one.
   std::string Label(std::string_view cell) const;
 
 private:

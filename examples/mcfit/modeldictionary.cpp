@@ -45,6 +45,7 @@ void AddCategorical(MCVarList& variables, const RecordLayout::Column& column,
     return;
   }
   std::vector<double> numbers;
+  numbers.reserve(labels.size());
   for (const std::string& label : labels) numbers.push_back(*ParseNumber(label));
   variables.AddCatVar(column.name, "", numbers, role);
 }

@@ -105,6 +105,24 @@ TEST(McfitBuildData, NumbersAreOneCategoryHoweverTheyAreWritten) {
   }
 }
 
+TEST(McfitBuildData, NumbersThatFifteenDigitsDoNotTellAreCategoriesOfTheirOwn) {
+  const TemporaryFolder folder;
+  const ProgramResult run =
+      Built(folder,
+            Continuous("y") +
+                Field("a", "categorical", "double",
+                      Categories({"0.3", "0.30000000000000004", "1.7976931348623157e308", "0"})) +
+                Continuous("x"),
+            "y,a,x\n1,0.3,1\n2,0.30000000000000004,2\n4,1.7976931348623157e308,3\n3,-0,5\n"
+            "6,0.3,1.5\n7,0,2\n",
+            {"--pmml", folder.Path("m.xml")});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_THAT(ParameterNames(run.out),
+              testing::ElementsAre("(Intercept)", "a=0.3", "a=0.30000000000000004",
+                                   "a=1.7976931348623157e+308", "a=0", "x"));
+}
+
 TEST(McfitBuildData, CategoriesOfTheTargetKeepTheOrderOfTheDictionaryButForTheReference) {
   const TemporaryFolder folder;
   const std::string data = folder.Write(
