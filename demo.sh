@@ -25,23 +25,17 @@ run() {
   "$@"
 }
 
-# Makes a large data set of a kind; written under another name first, so that an interrupted run
-# leaves nothing that a later one takes for the whole.
-make_rows() {
-  local file=$scratch/deliveries-$1.csv
-  if [ ! -f "$file" ]; then
-    echo "== Making $file: $rows rows"
-    "build/$preset/examples/makerows" "$1" "$rows" >"$file.part"
-    mv "$file.part" "$file"
-  fi
-}
+# The columns of two data sets of deliveries, and whatever else is to be the same in both.
+deliveries=(--rows "$rows" --decimals 2
+  --factors 'region(North, East, South, West, Islands), service(standard, express, freight)'
+  --covariates 'distance(20:1000), load(0.1:25)' --missing 'load=0.005')
 
 mcstat_require g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev libcsv-dev libfmt-dev \
   libxerces-c-dev
 
 echo "== Building (build/$preset)"
 cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset" --target mcfit makerows
+cmake --build --preset "$preset" --target mcfit
 mkdir -p "$scratch"
 
 echo
@@ -61,8 +55,17 @@ echo "== Regression weights: Galton's sweet peas"
 run "$mcfit" linear examples/data/peas.csv --dependent progeny --covariates parent --weight weight
 
 echo
-make_rows linear
-echo "== $rows rows with factors, covariates and frequencies, read as a stream"
+echo "== $rows rows made from known coefficients, with factors, covariates, frequencies and no express"
+echo "   service to the islands"
+time run "$mcfit" generate linear "$scratch/deliveries-linear.csv" "${deliveries[@]}" \
+  --dependent hours --freq 'parcels(1:4)' --empty 'region=Islands * service=express' \
+  --deviation 0.9 --coefficients '(Intercept)=3.1, region=East=-0.7, region=Islands=7.9,
+    region=North=-1.1, region=South=-1.7, service=express=-3, service=freight=6.5,
+    region=East * service=express=0.25, region=Islands * service=freight=2,
+    region=South * service=freight=-0.5, distance=0.03, distance^2=-0.00001, load=0.5'
+
+echo
+echo "== Read as a stream and fitted: the estimates find them again"
 time run "$mcfit" linear "$scratch/deliveries-linear.csv" --dependent hours --factors region,service \
   --covariates distance,load --freq parcels \
   --effects 'region, service, region*service, distance, distance^2, load'
@@ -88,9 +91,16 @@ run "$mcfit" logistic examples/data/iris.csv --dependent species \
   --covariates petal_length,petal_width
 
 echo
-make_rows logistic
-echo "== $rows rows with three categories, drawn with log odds in which distance counts -0.002 for"
-echo "   early and 0.0015 for late, load 0 and 0.03: the estimates find them again"
+echo "== $rows rows of three categories, with known coefficients of the log odds against on time"
+time run "$mcfit" generate logistic "$scratch/deliveries-logistic.csv" "${deliveries[@]}" \
+  --dependent punctuality --categories 'on time, early, late' \
+  --coefficients 'early: (Intercept)=-1.1, region=East=0.5, region=Islands=-1.2, region=North=0.3,
+    region=South=0.8, service=express=1.1, service=freight=-0.7, distance=-0.002' \
+  --coefficients 'late: (Intercept)=-1.9, region=East=-0.4, region=Islands=0.9, region=North=-0.3,
+    region=South=-0.7, service=express=-0.9, service=freight=0.6, distance=0.0015, load=0.03'
+
+echo
+echo "== Fitted: the estimates find them again; load counts for late alone"
 time run "$mcfit" logistic "$scratch/deliveries-logistic.csv" --dependent punctuality \
   --reference 'on time' --factors region,service --covariates distance,load
 

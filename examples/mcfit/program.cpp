@@ -3,6 +3,7 @@
 
 #include "describecommand.h"
 #include "errors.h"
+#include "generate/generatecommand.h"
 #include "interrupt.h"
 #include "linearcommand.h"
 #include "logisticcommand.h"
@@ -26,7 +27,8 @@ namespace mcfit {
 namespace {
 
 int RunCommands(int argc, char** argv) {
-  CLI::App app("Describes CSV files and fits regressions to them with the mcstat library", "mcfit");
+  CLI::App app("Describes and makes CSV files and fits regressions to them with the mcstat library",
+               "mcfit");
   app.set_version_flag("--version", "mcfit " MCFIT_VERSION);
   // Not "exactly one": the parser would then hide which word it didn't know.
   app.require_subcommand(0, 1);
@@ -34,6 +36,7 @@ int RunCommands(int argc, char** argv) {
   commands.push_back(std::make_unique<LinearCommand>(app));
   commands.push_back(std::make_unique<LogisticCommand>(app));
   commands.push_back(std::make_unique<DescribeCommand>(app));
+  commands.push_back(std::make_unique<GenerateCommand>(app));
 #ifdef MCFIT_WITH_XERCES
   commands.push_back(std::make_unique<BuildCommand>(app));
   commands.push_back(std::make_unique<DictionaryCommand>(app));

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "scorer.h"
 
+#include "csvtext.h"
 #include "errors.h"
 #include "interrupt.h"
 #include "text.h"
 
-#include <csv.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -13,20 +13,6 @@
 namespace mcfit {
 
 namespace {
-
-// Appends the cell, in quotes only if it can't be read back without.
-void AppendCell(std::string& line, std::string_view cell) {
-  const bool needsQuotes = cell.find_first_of(",\"\r\n") != std::string_view::npos ||
-                           Trimmed(cell).size() != cell.size();
-  if (!needsQuotes) {
-    line += cell;
-    return;
-  }
-  const std::size_t begin = line.size();
-  line.resize(begin + 2 * cell.size() + 2);  // each character may be a quote that is doubled
-  line.resize(begin +
-              csv_write(line.data() + begin, line.size() - begin, cell.data(), cell.size()));
-}
 
 // Appends the cells and ends the line.
 void FinishLine(std::string& line, const std::vector<std::string>& cells) {
