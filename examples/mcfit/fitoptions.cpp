@@ -42,7 +42,9 @@ void FitOptions::DeclareModel(CLI::App& command) {
 void FitOptions::DeclareOther(CLI::App& command) {
   command.add_option("--missing", fMissing,
                      "Texts that mean a missing value beside the empty cell: NA,.");
-  command.add_option("--digits", fRequest.digits,
+  command.add_option("--confidence", fRequest.style.confidence,
+                     "Confidence of the limits of estimates in percent; 95 by default");
+  command.add_option("--digits", fRequest.style.digits,
                      "Significant digits in tables, 1 to 17; 7 by default");
 }
 

@@ -4,6 +4,7 @@
 #include "effectparser.h"
 #include "optionnames.h"
 #include "recordlayout.h"
+#include "reportstyle.h"
 #include "rowencoder.h"
 
 #include <optional>
@@ -21,7 +22,7 @@ struct FitRequest {
   std::optional<std::vector<EffectExpression>> effects;  // all main effects if there is no value
   bool hasIntercept = true;
   double tolerance = 1e-12;
-  int digits = 7;
+  ReportStyle style;
   std::optional<std::string> settings;  // the document that asks, if it is one
   std::optional<std::string> predict;   // with `out` or neither
   std::optional<std::string> out;

@@ -63,7 +63,10 @@ void CheckOptions(const FitRequest& request) {
   if (!(request.tolerance > 0.0 && request.tolerance < 1.0)) {
     throw InputError(request.names("tolerance") + " must lie between 0 and 1");
   }
-  if (request.digits < 1 || request.digits > kMostDigits) {
+  if (!(request.style.confidence > 0.0 && request.style.confidence < 100.0)) {
+    throw InputError(fmt::format("{} must lie between 0 and 100", request.names("confidence")));
+  }
+  if (request.style.digits < 1 || request.style.digits > kMostDigits) {
     throw InputError(
         fmt::format("{} must lie between 1 and {}", request.names("digits"), kMostDigits));
   }
@@ -131,9 +134,9 @@ void RunFit(const FitRequest& request, RegressionKind& kind) {
   NoteUndeclaredCells(data);
   kind.Prepare(data, request.names);
   if (prediction) prediction->SetColumns(kind.ScoreColumns(data));
-  const std::unique_ptr<FittedModel> model = kind.Fit(data, design, request.digits, progress);
+  const std::unique_ptr<FittedModel> model = kind.Fit(data, design, request.style.digits, progress);
   for (const std::string& warning : model->Warnings()) Note(warning);
-  PrintResults(model->Report(request.digits));
+  PrintResults(model->Report(request.style));
   if (pmml) {
     WriteRegressionPmml(*model, request.missing, *pmml);
     pmml->Commit();

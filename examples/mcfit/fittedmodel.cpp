@@ -2,10 +2,13 @@
 #include "fittedmodel.h"
 
 #include "errors.h"
+#include "inference.h"
 #include "recordsources.h"
 #include "regression/component/mcregfactory.h"
 #include "regression/frame/binaryrecorditerator.h"
 #include "statustext.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -71,6 +74,7 @@ void FittedModel::Build(MCRegSettings& settings, std::unique_ptr<InterruptQuery>
   rows.Check();
   Check(status);
   Check(fpComponent->GetOutputStats(fpResults));
+  fCondition = ConditionIndex(*fpResults);
 }
 
 void FittedModel::VisitUsedRows(const char* work, ProgressLine& progress,
@@ -102,11 +106,26 @@ std::string FittedModel::Advice(const MCCommon::MCStatus& /*status*/) const {
   return {};
 }
 
-std::vector<std::string> FittedModel::Warnings() const {
+std::vector<std::string> FittedModel::LibraryWarnings() const {
   std::vector<std::string> texts;
   for (const MCCommon::MCStatus& warning : fpComponent->GetWarnings()) {
     texts.push_back(StatusText(warning, Layout()));
   }
+  return texts;
+}
+
+std::string FittedModel::ConditionWarning() const {
+  if (!fCondition || *fCondition <= kHighCondition) return {};
+  return fmt::format(
+      "warning: the columns of the design are nearly collinear: their condition index is {:.4g}, "
+      "above {:g}; standard errors are large and estimates hang on each other: centre and scale "
+      "covariates, or leave some out",
+      *fCondition, kHighCondition);
+}
+
+std::vector<std::string> FittedModel::Warnings() const {
+  std::vector<std::string> texts = LibraryWarnings();
+  if (const std::string warning = ConditionWarning(); !warning.empty()) texts.push_back(warning);
   return texts;
 }
 

@@ -9,6 +9,7 @@
 #include "regression/interface/imcregoutputstats.h"
 #include "regression/settings/mcmodeleffect.h"
 #include "regression/settings/mcregsettings.h"
+#include "reportstyle.h"
 
 #include <functional>
 #include <memory>
@@ -54,11 +55,14 @@ public:
   /// What the library found; the model's, and lives as long.
   const IMCRegOutputStats& Results() const { return *fpResults; }
 
+  /// The condition index of the design, see ConditionIndex().
+  std::optional<double> Condition() const { return fCondition; }
+
   /// What the user must know about the fit beyond its report, in words.
   virtual std::vector<std::string> Warnings() const;
 
-  /// The report on the fit. Numbers have `digits` significant digits.
-  virtual std::string Report(int digits) const = 0;
+  /// The report on the fit.
+  virtual std::string Report(const ReportStyle& style) const = 0;
 
   virtual PmmlTerms InPmml() const = 0;
 
@@ -90,6 +94,12 @@ protected:
   /// What the user may do about an error, to be put behind its text.
   virtual std::string Advice(const MCCommon::MCStatus& status) const;
 
+  /// The library's warnings, in words.
+  std::vector<std::string> LibraryWarnings() const;
+
+  /// What to know of a design that is nearly collinear; empty for any other.
+  std::string ConditionWarning() const;
+
   const IMCRegComponent& Component() const { return *fpComponent; }
 
 private:
@@ -98,6 +108,7 @@ private:
   std::unique_ptr<InterruptQuery> fpInterrupt;
   std::unique_ptr<IMCRegComponent> fpComponent;  // asks the query
   IMCRegOutputStats* fpResults = nullptr;
+  std::optional<double> fCondition;
 };
 
 }  // namespace mcfit

@@ -22,8 +22,8 @@ LinearModel::LinearModel(Dataset& data, const ModelDesign& design, ProgressLine&
   Build(settings, std::make_unique<InterruptQuery>(), kPassesOfABuild, progress);
 }
 
-std::string LinearModel::Report(int digits) const {
-  return LinearReport(*this, digits);
+std::string LinearModel::Report(const ReportStyle& style) const {
+  return LinearReport(*this, style);
 }
 
 PmmlTerms LinearModel::InPmml() const {

@@ -13,7 +13,7 @@ public:
   LinearModel(Dataset& data, const ModelDesign& design, ProgressLine& progress);
 
   PmmlTerms InPmml() const override;
-  std::string Report(int digits) const override;
+  std::string Report(const ReportStyle& style) const override;
 
   /// One cell: the predicted dependent.
   bool Score(const MCCommon::Record& record, std::vector<std::string>& cells) const override;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "linearreport.h"
 
+#include "inference.h"
+#include "mcmath/mcdistfun.h"
 #include "mcmath/mcsymmatrix.h"
 #include "regression/design/mcregrparameterstats.h"
 #include "regression/frame/mcconst.h"
@@ -15,30 +17,78 @@ namespace mcfit {
 
 namespace {
 
+using MCCommonMath::MCDistFun;
+
+// Half the width of a confidence interval in standard errors.
+std::optional<double> HalfWidth(const LinearFit& fit, const ReportStyle& style) {
+  return Defined(MCDistFun::IdfT(0.5 + style.confidence / 200.0, fit.freedom));
+}
+
 std::vector<std::string> ParameterRow(const LinearModel& model, const LinearFit& fit,
-                                      const NumberText& number, std::size_t i) {
+                                      const ReportStyle& style, std::size_t i) {
+  const NumberText number(style.digits);
   const IMCRegOutputStats& results = model.Results();
   const MCRegrParameter& parameter = (*results.GetParameters())[i];
   const MCRegrParameterStats& stats = results.GetParamStats()[i];
   const std::string name = ParameterName(parameter, model);
-  if (stats.fRedundant) return {name, number(stats.fEstimate), ".", ".", "redundant"};
+  if (stats.fRedundant)
+    return {name, number(stats.fEstimate), ".", ".", ".", ".", ".", "redundant"};
   const std::optional<double> error = fit.StandardError(results, stats.fIndex);
   std::optional<double> t;
-  if (error && *error > 0.0) t = stats.fEstimate / *error;
-  return {name, number(stats.fEstimate), number(error), number(t)};
+  std::optional<double> p;
+  if (error && *error > 0.0) {
+    t = stats.fEstimate / *error;
+    p = Defined(MCDistFun::SigT(*t, fit.freedom));
+  }
+  std::optional<double> lower;
+  std::optional<double> upper;
+  if (const std::optional<double> width = HalfWidth(fit, style); width && error) {
+    lower = stats.fEstimate - *width * *error;
+    upper = stats.fEstimate + *width * *error;
+  }
+  return {name,         number(stats.fEstimate), number(error),
+          number(t),    PValueText(style)(p),    number(lower),
+          number(upper)};
 }
 
 std::string ParametersText(const LinearModel& model, const LinearFit& fit,
-                           const NumberText& number) {
-  TextTable table(3);
-  table.Add({"Parameter", "Estimate", "Std. error", "t"});
+                           const ReportStyle& style) {
+  TextTable table(6);
+  const auto [lower, upper] = LimitHeads(style);
+  table.Add({"Parameter", "Estimate", "Std. error", "t", "p", lower, upper});
   table.AddRule();
   const std::size_t count = model.Results().GetParameters()->size();
-  for (std::size_t i = 0; i < count; ++i) table.Add(ParameterRow(model, fit, number, i));
+  for (std::size_t i = 0; i < count; ++i) table.Add(ParameterRow(model, fit, style, i));
   table.AddRule();
   std::string text = table.Text();
   if (fit.rank < static_cast<int>(count)) text += kRedundantNote;
   return text;
+}
+
+std::vector<std::string> TestRow(const std::string& name, const std::optional<WaldTest>& test,
+                                 const LinearFit& fit, const ReportStyle& style) {
+  if (!test) return {name, "0", ".", "."};
+  std::optional<double> f;
+  std::optional<double> p;
+  if (fit.residualVariance && *fit.residualVariance > 0.0) {
+    f = test->statistic / test->freedom / *fit.residualVariance;
+    p = Defined(MCDistFun::SigF(*f, test->freedom, fit.freedom));
+  }
+  return {name, fmt::format("{}", test->freedom), NumberText(style.digits)(f),
+          PValueText(style)(p)};
+}
+
+std::string TestsText(const LinearModel& model, const LinearFit& fit, const ReportStyle& style) {
+  const std::vector<EffectTest> tests = TestEffects(model);
+  if (tests.empty()) return {};
+  TextTable table(3);
+  table.Add({"Effect", "DF", "F", "p"});
+  table.AddRule();
+  for (const EffectTest& test : tests) table.Add(TestRow(test.name, test.test, fit, style));
+  table.AddRule();
+  const std::vector<int> all = EstimatedParameters(model.Results(), false);
+  table.Add(TestRow("All", TestParameters(model.Results(), all), fit, style));
+  return kTestsHead + table.Text() + "\n";
 }
 
 std::string FitText(const LinearModel& model, const LinearFit& fit, const NumberText& number) {
@@ -58,6 +108,7 @@ std::string FitText(const LinearModel& model, const LinearFit& fit, const Number
   if (model.Layout().Position(Role::kWeight) >= 0) {
     table.Add({"Sum of weights", number(model.Results().GetTotalRegrWeight())});
   }
+  table.Add({"Condition index", number(model.Condition()), ConditionNote(model.Condition())});
   return table.Text();
 }
 
@@ -84,11 +135,11 @@ std::optional<double> LinearFit::StandardError(const IMCRegOutputStats& results,
   return std::sqrt(variance);
 }
 
-std::string LinearReport(const LinearModel& model, int digits) {
-  const NumberText number(digits);
+std::string LinearReport(const LinearModel& model, const ReportStyle& style) {
   const LinearFit fit(model.Results());
-  return fmt::format("{}{}\n{}", HeadText("Linear", model.Data()),
-                     ParametersText(model, fit, number), FitText(model, fit, number));
+  return fmt::format("{}{}\n{}{}", HeadText("Linear", model.Data()),
+                     ParametersText(model, fit, style), TestsText(model, fit, style),
+                     FitText(model, fit, NumberText(style.digits)));
 }
 
 }  // namespace mcfit

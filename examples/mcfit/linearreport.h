@@ -25,8 +25,8 @@ struct LinearFit {
   std::optional<double> rSquare;
 };
 
-/// The whole report on a fit: rows, the table of parameters, the figures of fit. Numbers have
-/// `digits` significant digits.
-std::string LinearReport(const LinearModel& model, int digits);
+/// The whole report on a fit: rows, the table of parameters, the tests of effects, the figures of
+/// fit.
+std::string LinearReport(const LinearModel& model, const ReportStyle& style);
 
 }  // namespace mcfit

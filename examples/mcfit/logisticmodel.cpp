@@ -75,14 +75,16 @@ bool LogisticModel::Score(const MCCommon::Record& record, std::vector<std::strin
 }
 
 std::vector<std::string> LogisticModel::Warnings() const {
-  std::vector<std::string> texts = FittedModel::Warnings();
-  const std::string warning = ConvergenceWarning(fConvergence);
+  std::vector<std::string> texts = LibraryWarnings();
+  std::string warning = ConvergenceWarning(fConvergence);
+  // Where there is no solution, the information says nothing of the columns.
+  if (warning.empty()) warning = ConditionWarning();
   if (!warning.empty()) texts.push_back(warning);
   return texts;
 }
 
-std::string LogisticModel::Report(int digits) const {
-  return LogisticReport(*this, digits);
+std::string LogisticModel::Report(const ReportStyle& style) const {
+  return LogisticReport(*this, style);
 }
 
 std::string LogisticModel::Advice(const MCCommon::MCStatus& status) const {

@@ -45,7 +45,7 @@ public:
 
   std::vector<std::string> Warnings() const override;
   PmmlTerms InPmml() const override;
-  std::string Report(int digits) const override;
+  std::string Report(const ReportStyle& style) const override;
 
   /// The label of the predicted category, then the probability of each category by its code.
   bool Score(const MCCommon::Record& record, std::vector<std::string>& cells) const override;

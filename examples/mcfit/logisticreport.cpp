@@ -2,6 +2,8 @@
 #include "logisticreport.h"
 
 #include "convergencetext.h"
+#include "inference.h"
+#include "mcmath/mcdistfun.h"
 #include "mcmath/mcsymmatrix.h"
 #include "regression/design/mcregrparameter.h"
 #include "regression/design/mcregrparameterstats.h"
@@ -11,11 +13,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace mcfit {
 
 namespace {
+
+using MCCommonMath::MCDistFun;
 
 // A table of more categories than this against each other is wider than any terminal.
 constexpr int kWidestTable = 10;
@@ -34,26 +39,49 @@ std::optional<double> StandardError(const LogisticModel& model, int parameter) {
   return std::sqrt(variance);
 }
 
-std::vector<std::string> ParameterRow(const LogisticModel& model, const NumberText& number,
+// Half the width of a confidence interval in standard errors.
+double HalfWidth(const ReportStyle& style) {
+  return MCDistFun::IdfStdNorm(0.5 + style.confidence / 200.0);
+}
+
+std::vector<std::string> ParameterRow(const LogisticModel& model, const ReportStyle& style,
                                       const MCRegrParameterStats& stats) {
+  const NumberText number(style.digits);
   const auto index = static_cast<std::size_t>(stats.fIndex);
   const std::string name = ParameterName((*model.Results().GetParameters())[index], model);
-  if (stats.fRedundant) return {name, number(stats.fEstimate), ".", ".", ".", "redundant"};
+  if (stats.fRedundant)
+    return {name, number(stats.fEstimate), ".", ".", ".", ".", ".", ".", "redundant"};
   const std::optional<double> error = StandardError(model, stats.fIndex);
   std::optional<double> wald;
-  if (error) wald = (stats.fEstimate / *error) * (stats.fEstimate / *error);
-  return {name, number(stats.fEstimate), number(error), number(wald),
-          number(std::exp(stats.fEstimate))};
+  std::optional<double> p;
+  std::optional<double> lower;
+  std::optional<double> upper;
+  if (error) {
+    const double z = stats.fEstimate / *error;
+    wald = z * z;
+    p = Defined(MCDistFun::SigChi(*wald, 1.0));
+    lower = std::exp(stats.fEstimate - HalfWidth(style) * *error);
+    upper = std::exp(stats.fEstimate + HalfWidth(style) * *error);
+  }
+  return {name,
+          number(stats.fEstimate),
+          number(error),
+          number(wald),
+          PValueText(style)(p),
+          number(std::exp(stats.fEstimate)),
+          number(lower),
+          number(upper)};
 }
 
 // The parameters of one category, from `begin` to before `end`.
-std::string BlockText(const LogisticModel& model, const NumberText& number, std::size_t begin,
+std::string BlockText(const LogisticModel& model, const ReportStyle& style, std::size_t begin,
                       std::size_t end) {
-  TextTable table(4);
-  table.Add({"Parameter", "Estimate", "Std. error", "Wald", "exp(Estimate)"});
+  TextTable table(7);
+  const auto [lower, upper] = LimitHeads(style);
+  table.Add({"Parameter", "Estimate", "Std. error", "Wald", "p", "exp(Estimate)", lower, upper});
   table.AddRule();
   for (std::size_t i = begin; i < end; ++i) {
-    table.Add(ParameterRow(model, number, model.Results().GetParamStats()[i]));
+    table.Add(ParameterRow(model, style, model.Results().GetParamStats()[i]));
   }
   table.AddRule();
   const int category = (*model.Results().GetParameters())[begin].GetTargetCategory();
@@ -70,7 +98,7 @@ int Redundant(const LogisticModel& model) {
   return count;
 }
 
-std::string ParametersText(const LogisticModel& model, const NumberText& number) {
+std::string ParametersText(const LogisticModel& model, const ReportStyle& style) {
   const std::vector<MCRegrParameter>& parameters = *model.Results().GetParameters();
   std::string text;
   std::size_t begin = 0;
@@ -78,14 +106,51 @@ std::string ParametersText(const LogisticModel& model, const NumberText& number)
     const bool isSameBlock = end < parameters.size() && parameters[end].GetTargetCategory() ==
                                                             parameters[begin].GetTargetCategory();
     if (isSameBlock) continue;
-    text += BlockText(model, number, begin, end);
+    text += BlockText(model, style, begin, end);
     begin = end;
   }
   if (Redundant(model) > 0) text += std::string(kRedundantNote) + "\n";
   return text;
 }
 
-std::string FitText(const LogisticModel& model, const NumberText& number) {
+std::string TestsText(const LogisticModel& model, const ReportStyle& style) {
+  const std::vector<EffectTest> tests = TestEffects(model);
+  if (tests.empty()) return {};
+  TextTable table(3);
+  table.Add({"Effect", "DF", "Wald", "p"});
+  table.AddRule();
+  for (const EffectTest& effect : tests) {
+    const WaldTest test = effect.test.value_or(WaldTest());
+    std::optional<double> statistic;
+    if (effect.test) statistic = test.statistic;
+    std::optional<double> p;
+    if (effect.test) p = Defined(MCDistFun::SigChi(test.statistic, test.freedom));
+    table.Add({effect.name, fmt::format("{}", test.freedom), NumberText(style.digits)(statistic),
+               PValueText(style)(p)});
+  }
+  table.AddRule();
+  return kTestsHead + table.Text() + "\n";
+}
+
+// The likelihood ratio test against a model of the intercepts alone, or of no parameter at all.
+void AddOverallTest(const LogisticModel& model, const ReportStyle& style, TextTable& table) {
+  const bool hasIntercept = model.Design().hasIntercept;
+  const std::size_t freedom = EstimatedParameters(model.Results(), !hasIntercept).size();
+  const std::optional<double> first = Defined(model.Convergence().fInitialLL);
+  const std::optional<double> last = Defined(model.Convergence().fFinalLL);
+  if (freedom == 0 || !first || !last) return;
+  // Rounding can leave the last one a little below the first.
+  const double chiSquare = std::max(0.0, 2.0 * (*last - *first));
+  const auto df = static_cast<double>(freedom);
+  table.Add({"Likelihood ratio chi square", NumberText(style.digits)(chiSquare),
+             hasIntercept ? "all effects against the intercepts alone"
+                          : "all effects against equally likely categories"});
+  table.Add({"Degrees of freedom", fmt::format("{}", freedom)});
+  table.Add({"p", PValueText(style)(Defined(MCDistFun::SigChi(chiSquare, df)))});
+}
+
+std::string FitText(const LogisticModel& model, const ReportStyle& style) {
+  const NumberText number(style.digits);
   const IMCRegOutputStats& results = model.Results();
   const MCConvergence& convergence = model.Convergence();
   const auto statistic = [&](MCConst::MCModelFitStat which) {
@@ -96,12 +161,14 @@ std::string FitText(const LogisticModel& model, const NumberText& number) {
              model.Design().hasIntercept ? "each category as likely as it is frequent"
                                          : "all categories equally likely"});
   table.Add({"Final log-likelihood", number(Defined(convergence.fFinalLL))});
+  AddOverallTest(model, style, table);
   table.Add({"Cox-Snell R square", statistic(MCConst::MC_FIT_COX_SNELL)});
   table.Add({"Nagelkerke R square", statistic(MCConst::MC_FIT_NAGELKERKE)});
   table.Add({"McFadden R square", statistic(MCConst::MC_FIT_MCFADDEN)});
   const int estimated = static_cast<int>(results.GetParamStats().size()) - Redundant(model);
   table.Add({"Parameters estimated", fmt::format("{}", estimated)});
   table.Add({"Sum of frequencies", number(results.GetTotalFreqWeight())});
+  table.Add({"Condition index", number(model.Condition()), ConditionNote(model.Condition())});
   return table.Text() + "\n";
 }
 
@@ -166,11 +233,10 @@ std::string LogisticHead(const Dataset& data, int digits) {
   return HeadText("Logistic", data) + table.Text();
 }
 
-std::string LogisticReport(const LogisticModel& model, int digits) {
-  const NumberText number(digits);
-  return fmt::format("\n{}\n\n{}{}{}", StoppingText(model.Convergence()),
-                     ParametersText(model, number), FitText(model, number),
-                     ClassificationText(model, number));
+std::string LogisticReport(const LogisticModel& model, const ReportStyle& style) {
+  return fmt::format("\n{}\n\n{}{}{}{}", StoppingText(model.Convergence()),
+                     ParametersText(model, style), TestsText(model, style), FitText(model, style),
+                     ClassificationText(model, NumberText(style.digits)));
 }
 
 }  // namespace mcfit

@@ -11,8 +11,8 @@ namespace mcfit {
 std::string LogisticHead(const Dataset& data, int digits);
 
 /// The report from behind the iterations on: how they ended, one table of parameters for each
-/// category but the reference, the figures of fit, and how the rows are classified. Numbers have
-/// `digits` significant digits.
-std::string LogisticReport(const LogisticModel& model, int digits);
+/// category but the reference, the tests of effects, the figures of fit, and how the rows are
+/// classified.
+std::string LogisticReport(const LogisticModel& model, const ReportStyle& style);
 
 }  // namespace mcfit

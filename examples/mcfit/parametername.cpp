@@ -13,12 +13,14 @@ std::string CovariateName(const std::string& name, int power) {
   return power == 1 ? Printable(name) : fmt::format("{}^{}", Printable(name), power);
 }
 
+// With the label that the parameter is for, if there are labels.
 std::string FactorName(const MCRegrParameter& parameter, std::size_t i, const RecordLayout& layout,
-                       const std::vector<LabelTable>& labels) {
+                       const std::vector<LabelTable>* labels) {
   const int position = parameter.GetFactors()[i];
-  const LabelTable& table = labels[static_cast<std::size_t>(layout.LabelledNumber(position))];
-  return fmt::format("{}={}", Printable(layout.At(position).name),
-                     Printable(table.Label(parameter.GetCategories()[i])));
+  const std::string name = Printable(layout.At(position).name);
+  if (labels == nullptr) return name;
+  const LabelTable& table = (*labels)[static_cast<std::size_t>(layout.LabelledNumber(position))];
+  return fmt::format("{}={}", name, Printable(table.Label(parameter.GetCategories()[i])));
 }
 
 // Writes terms with " * " between them, and opens a parenthesis where a further level begins.
@@ -46,10 +48,8 @@ private:
   bool fbFirst = true;
 };
 
-}  // namespace
-
-std::string ParameterName(const MCRegrParameter& parameter, const RecordLayout& layout,
-                          const std::vector<LabelTable>& labels, bool factorsInParens) {
+std::string Name(const MCRegrParameter& parameter, const RecordLayout& layout,
+                 const std::vector<LabelTable>* labels, bool factorsInParens) {
   if (parameter.IsIntercept()) return "(Intercept)";
   NameWriter writer;
   for (std::size_t i = 0; i < parameter.GetCovariates().size(); ++i) {
@@ -63,6 +63,18 @@ std::string ParameterName(const MCRegrParameter& parameter, const RecordLayout& 
     writer.AddTerm(FactorName(parameter, i, layout, labels));
   }
   return writer.Finished();
+}
+
+}  // namespace
+
+std::string ParameterName(const MCRegrParameter& parameter, const RecordLayout& layout,
+                          const std::vector<LabelTable>& labels, bool factorsInParens) {
+  return Name(parameter, layout, &labels, factorsInParens);
+}
+
+std::string EffectLabel(const MCRegrParameter& parameter, const RecordLayout& layout,
+                        bool factorsInParens) {
+  return Name(parameter, layout, nullptr, factorsInParens);
 }
 
 }  // namespace mcfit

@@ -17,4 +17,9 @@ namespace mcfit {
 std::string ParameterName(const MCRegrParameter& parameter, const RecordLayout& layout,
                           const std::vector<LabelTable>& labels, bool factorsInParens);
 
+/// The effect that a parameter belongs to, named as its parameters are, without labels:
+/// "(Intercept)", "a * b", "x1^2 * x2 * a", "b (a)".
+std::string EffectLabel(const MCRegrParameter& parameter, const RecordLayout& layout,
+                        bool factorsInParens);
+
 }  // namespace mcfit

@@ -14,6 +14,8 @@ namespace mcfit {
 const char* const kRedundantNote =
     "redundant: a linear combination of parameters above it, so its coefficient is 0\n";
 
+const char* const kTestsHead = "Tests that all parameters of an effect are 0\n\n";
+
 std::string NumberText::operator()(std::optional<double> value) const {
   return value ? fmt::format("{:.{}g}", *value, fDigits) : ".";
 }
@@ -35,11 +37,32 @@ std::string HeadText(const char* kind, const Dataset& data) {
                      DroppedRowsText(counts, layout));
 }
 
-std::string ParameterName(const MCRegrParameter& parameter, const FittedModel& model) {
+namespace {
+
+bool HasFactorsInParens(const MCRegrParameter& parameter, const FittedModel& model) {
   const int effect = parameter.GetEffectIndex();
-  const bool factorsInParens =
-      effect >= 0 && model.Design().effects[static_cast<std::size_t>(effect)].GetFactorsInParens();
-  return ParameterName(parameter, model.Layout(), model.Data().Labels(), factorsInParens);
+  return effect >= 0 &&
+         model.Design().effects[static_cast<std::size_t>(effect)].GetFactorsInParens();
+}
+
+}  // namespace
+
+std::string ParameterName(const MCRegrParameter& parameter, const FittedModel& model) {
+  return ParameterName(parameter, model.Layout(), model.Data().Labels(),
+                       HasFactorsInParens(parameter, model));
+}
+
+std::string EffectLabel(const MCRegrParameter& parameter, const FittedModel& model) {
+  return EffectLabel(parameter, model.Layout(), HasFactorsInParens(parameter, model));
+}
+
+std::array<std::string, 2> LimitHeads(const ReportStyle& style) {
+  return {fmt::format("Lower {:g} %", style.confidence),
+          fmt::format("Upper {:g} %", style.confidence)};
+}
+
+std::string ConditionNote(std::optional<double> index) {
+  return index ? "of the columns of the design; above 30 they are nearly collinear" : "";
 }
 
 }  // namespace mcfit

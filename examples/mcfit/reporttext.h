@@ -3,7 +3,10 @@
 
 #include "fittedmodel.h"
 #include "regression/design/mcregrparameter.h"
+#include "reportstyle.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 
@@ -29,6 +32,24 @@ std::string HeadText(const char* kind, const Dataset& data);
 
 /// A parameter of the model as tables name it.
 std::string ParameterName(const MCRegrParameter& parameter, const FittedModel& model);
+
+/// The effect of a parameter as tables name it.
+std::string EffectLabel(const MCRegrParameter& parameter, const FittedModel& model);
+
+/// Writes probabilities, of which nobody reads more than four digits.
+class PValueText : public NumberText {
+public:
+  explicit PValueText(const ReportStyle& style) : NumberText(std::min(style.digits, 4)) {}
+};
+
+/// Stands above the tests of effects.
+extern const char* const kTestsHead;
+
+/// Heads of the columns of confidence limits.
+std::array<std::string, 2> LimitHeads(const ReportStyle& style);
+
+/// What the condition index says, to stand behind it.
+std::string ConditionNote(std::optional<double> index);
 
 /// A line below a table of parameters that says what a redundant one is.
 extern const char* const kRedundantNote;
