@@ -86,10 +86,7 @@ void ToProbabilities(double* eta, const double* categories, std::size_t count, S
 class DensePass {
 public:
   explicit DensePass(Sums& sums)
-      : fSums(sums),
-        fRows(kChunk * sums.n),
-        fScaled(kChunk * sums.n),
-        fEta(sums.m * kChunk) {}
+      : fSums(sums), fRows(kChunk * sums.n), fScaled(kChunk * sums.n), fEta(sums.m * kChunk) {}
 
   void Run(std::FILE* file) {
     std::size_t count = kChunk;
