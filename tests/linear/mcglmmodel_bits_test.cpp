@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The matrix and the residuals have the bits of the plain definition: each row written out over
-// all columns, added by UpdateXX(), and summed over all columns in order.
+// all columns, added by UpdateXX(), and summed over all columns in order. Rows are added to the
+// matrix with the total weight rounded up to a power of two, and the sums then take the rest.
 #include "regression/linear/mcglmmodel.h"
 #include "support/linearmodel.h"
 #include "support/samebits.h"
@@ -111,8 +112,26 @@ protected:
 TEST_P(MCGLMModelBits, OfTheMatrixAreThoseOfOneUpdatePerRow) {
   ASSERT_TRUE(fModel.Accumulate(fRows).IsOK());
   MCSymMatrix expected(fModel.fModel.GetNParameters() + 1);
-  for (const std::vector<double>& row : fRows) expected.UpdateXX(WriteOut(row), Weight(row));
+  int exponent = 0;
+  const double rest = std::frexp(fModel.fTables.GetTotalWeight(), &exponent);
+  for (const std::vector<double>& row : fRows) {
+    expected.UpdateXX(WriteOut(row), std::ldexp(1.0, -exponent) * row[5] * row[6]);
+  }
+  expected.MultiplyByNumber(1.0 / rest);
   ExpectSameBits(fModel.fModel.GetZPrimeZ()->AsVectorConst(), expected.AsVectorConst());
+}
+
+// The told weights to rounding: 700 sums of positive terms.
+TEST_P(MCGLMModelBits, TheMatrixIsThatOfWeightsDividedByTheirSum) {
+  ASSERT_TRUE(fModel.Accumulate(fRows).IsOK());
+  MCSymMatrix expected(fModel.fModel.GetNParameters() + 1);
+  for (const std::vector<double>& row : fRows) expected.UpdateXX(WriteOut(row), Weight(row));
+  const MCSymMatrix& matrix = *fModel.fModel.GetZPrimeZ();
+  for (int i = 0; i < expected.GetNRows(); ++i) {
+    const double value = expected.GetElem(i, i);
+    if (!std::isfinite(value)) continue;
+    EXPECT_NEAR(matrix.GetElem(i, i), value, 700 * 2.3e-16 * value) << i;
+  }
 }
 
 TEST_P(MCGLMModelBits, OfTheMatrixDoNotDependOnLooksInBetween) {
@@ -166,6 +185,17 @@ INSTANTIATE_TEST_SUITE_P(Designs, MCGLMModelBits, testing::ValuesIn(AllCases()),
                            return std::string(test.param.fDesign.fName) +
                                   (test.param.fWild ? "Wild" : "");
                          });
+
+// Sums of 1 / 449,999 round the same way 449,999 times over: by more than a tolerance of 1e-12, so
+// that nothing would be left out.
+TEST(MCGLMModelRedundancy, TheLastLevelIsRedundantHoweverManyRowsThereAre) {
+  Rows rows;
+  for (int i = 0; i < 449999; ++i) rows.push_back({i % 7 * 1.0, i % 13 * 1.0, i % 101 * 1.0});
+  LinearModel model(RegressionDesign(0, {{1, 13}}, {2}).Effect({1}).Effect({}, {2}));
+  ASSERT_TRUE(model.Fit(rows).IsOK());
+  const MCCommonMath::MCBitSet& kept = model.fModel.GetRedundancyInfo();
+  for (int column = 0; column < 15; ++column) EXPECT_EQ(kept.IsIn(column), column != 13) << column;
+}
 
 // Only level 17 has an infinite dependent, so its estimate alone isn't finite; a row of another
 // level meets it as 0 times infinity.

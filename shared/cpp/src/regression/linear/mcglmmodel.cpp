@@ -7,6 +7,7 @@
 #include "regression/frame/mccomponentdisplay.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 #include <utility>
 
@@ -125,9 +126,26 @@ void MCGLMModel::CompileFixedRow() {
 }
 
 void MCGLMModel::SetDepMeanAndTotalW(double mean, double totalW) {
-  TakeHeldRows();  // they came under the mean of before
+  // Rows so far came under the mean and the total of before.
+  TakeHeldRows();
+  NormaliseMatrix();
   fDepMean = mean;
   fTotalWeight = totalW;
+  fUnitWeight = 1.0 / totalW;
+  fMatrixFactor = 1.0;
+  if (fRecordsAdded > 0 || !std::isnormal(fUnitWeight)) return;
+  int exponent = 0;
+  fMatrixFactor = 1.0 / std::frexp(totalW, &exponent);
+  fUnitWeight = std::ldexp(1.0, -exponent);
+}
+
+// Brings the matrix to the weights told; rows that follow are added with these.
+void MCGLMModel::NormaliseMatrix() {
+  if (fpPendingRows == nullptr || fRecordsAdded == 0) return;
+  fpPendingRows->Flush();
+  if (fMatrixFactor != 1.0) fZPrimeZ->MultiplyByNumber(fMatrixFactor);
+  fMatrixFactor = 1.0;
+  fUnitWeight = 1.0 / fTotalWeight;
 }
 
 bool MCGLMModel::GetParamsForEffect(int effect, int& first, int& count) const {
@@ -136,13 +154,18 @@ bool MCGLMModel::GetParamsForEffect(int effect, int& first, int& count) const {
 }
 
 const MCSymMatrix* MCGLMModel::GetZPrimeZ() const {
-  if (fpPendingRows != nullptr) fpPendingRows->Flush();
-  return fZPrimeZ.get();
+  if (fpPendingRows == nullptr) return fZPrimeZ.get();
+  fpPendingRows->Flush();
+  if (fpShownMatrix == nullptr) fpShownMatrix = std::make_unique<MCSymMatrix>();
+  *fpShownMatrix = *fZPrimeZ;
+  fpShownMatrix->MultiplyByNumber(fMatrixFactor);
+  return fpShownMatrix.get();
 }
 
 void MCGLMModel::ClearZPrimeZMatrix() {
   fpPendingRows.reset();
   fZPrimeZ.reset();
+  fpShownMatrix.reset();
 }
 
 void MCGLMModel::Display() const {

@@ -140,6 +140,8 @@ public:
   /// Z'WZ over the rows so far, GetNParameters() + 1 rows with the dependent last; after the build
   /// the swept matrix, whose leading block is minus the inverse of the weighted cross-products,
   /// zero for aliased parameters. Null before CreateParameters() and after ClearZPrimeZMatrix().
+  /// Borrowed until the next call of this or of an operation that changes the model. Before the
+  /// build it is a copy.
   const MCCommonMath::MCSymMatrix* GetZPrimeZ() const;
 
   const std::vector<int>& GetFactorOffsets() const { return fFactorOffsets; }
@@ -182,7 +184,8 @@ private:
 
   bool HasCategories(const double* row, const MCRegrParameter& parameter) const;
   double Dependent(const double* row) const;
-  double RowWeight(const double* row) const;
+  double RowWeight(const double* row, double weightOfOne) const;
+  void NormaliseMatrix();
 
   template <class Take>
   bool SelectColumns(const double* row, Take take) const;
@@ -220,6 +223,14 @@ private:
   double fSumSquaredTotal = 0.0;
   double fDepMean = MCMV::gMissingValue;
   double fTotalWeight = MCMV::gMissingValue;
+
+  // What a row of weight 1 adds to fZPrimeZ, and what the matrix must be multiplied by to have the
+  // weights that are told, those divided by fTotalWeight. The former is a power of two, so that
+  // sums of whole numbers are exact: adding 1 / n over and over rounds the same way each time, and
+  // after some 100,000 rows that hides that the last level of a factor is redundant.
+  double fUnitWeight = MCMV::gMissingValue;
+  double fMatrixFactor = 1.0;
+  mutable std::unique_ptr<MCCommonMath::MCSymMatrix> fpShownMatrix;  // with the factor
   int fNonZeroWeightRows = 0;
   std::vector<int> fFirstParamIndices;
   std::vector<int> fNEffectParams;

@@ -18,9 +18,10 @@ MCStatus MCGLMModel::BuildModel() {
 
   // Room first: where memory runs out the model is as before, and can be built again.
   fParamEstimates.reserve(fParameters.size());
-  fpPendingRows->Flush();
+  NormaliseMatrix();
   SweepColumns();
   fpPendingRows.reset();
+  fpShownMatrix.reset();
   fZPrimeZ->GetRegCoeffs(fParamEstimates, fRedundancy);
   fbFiniteEstimates = std::all_of(fParamEstimates.begin(), fParamEstimates.end(),
                                   [](double estimate) { return std::isfinite(estimate); });

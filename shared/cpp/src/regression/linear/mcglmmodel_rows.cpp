@@ -35,8 +35,8 @@ double MCGLMModel::Dependent(const double* row) const {
   return fDependentOffset < 0 ? MCMV::gMissingValue : row[fDependentOffset];
 }
 
-double MCGLMModel::RowWeight(const double* row) const {
-  double weight = 1.0 / fTotalWeight;
+double MCGLMModel::RowWeight(const double* row, double weightOfOne) const {
+  double weight = weightOfOne;
   if (fFreqWeightOffset >= 0) weight *= row[fFreqWeightOffset];
   if (fRegrWeightOffset >= 0) weight *= row[fRegrWeightOffset];
   return weight;
@@ -102,7 +102,7 @@ bool MCGLMModel::ExpandRow(std::vector<double>& designRow, const double* row) co
 bool MCGLMModel::UpdateZPrimeZ(const double* row) {
   if (fpPendingRows == nullptr || row == nullptr) return false;
   ExpandScratch(row);
-  const double weight = RowWeight(row);
+  const double weight = RowWeight(row, fUnitWeight);
   if (fbSparseRows) {
     fRowColumns[fNRowColumns] = GetNParameters();
     fRowValues[fNRowColumns] = Dependent(row);
@@ -142,7 +142,7 @@ double MCGLMModel::TakeResidual(const double* row, double& weight) {
   ExpandScratch(row);
   const double dependent = Dependent(row);
   const double prediction = PredictScratch();
-  weight = RowWeight(row);
+  weight = RowWeight(row, 1.0 / fTotalWeight);
   TakePrediction(prediction, dependent, weight);
   return dependent - prediction;
 }
@@ -160,7 +160,7 @@ void MCGLMModel::HoldRow(const double* row) {
   fDesignRow.back() = Dependent(row);
   std::copy(fDesignRow.begin(), fDesignRow.end(),
             fHeldRows.begin() + static_cast<std::ptrdiff_t>(fNHeld * fDesignRow.size()));
-  fHeldWeights[fNHeld] = RowWeight(row);
+  fHeldWeights[fNHeld] = RowWeight(row, 1.0 / fTotalWeight);
   if (++fNHeld == kMostHeld) TakeHeldRows();
 }
 
