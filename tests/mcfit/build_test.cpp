@@ -69,6 +69,7 @@ TEST(McfitBuild, ParametersMeanWhatTheOptionsOfTheSameNamesMean) {
       {Parameter("intercept", "false"), {"--no-intercept"}},
       {Parameter("intercept", "true"), {}},
       {Parameter("digits", "12"), {"--digits", "12"}},
+      {Parameter("confidence", "90"), {"--confidence", "90"}},
       {Parameter("tolerance", "0.5"), {"--tolerance", "0.5"}},
       {Parameter("missing", "Hazel"), {"--missing", "Hazel"}},
       {ListParameter("missing", {"Hazel", "Red"}), {"--missing", "Hazel,Red"}},

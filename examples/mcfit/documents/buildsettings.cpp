@@ -91,7 +91,8 @@ Build ReadBuild(SettingsDocument& document) {
   request.hasIntercept = document.One<bool>("intercept").value_or(request.hasIntercept);
   request.tolerance = document.One<double>("tolerance").value_or(request.tolerance);
   request.missing.texts = document.All("missing").value_or(request.missing.texts);
-  request.digits = document.One<int>("digits").value_or(request.digits);
+  request.style.digits = document.One<int>("digits").value_or(request.style.digits);
+  request.style.confidence = document.One<double>("confidence").value_or(request.style.confidence);
   document.NoteTheRest();
   return build;
 }
