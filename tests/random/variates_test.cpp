@@ -231,6 +231,20 @@ TEST(Variates, OfHugeGammasAreNormalWithTheirMoments) {
   }
 }
 
+TEST(Variates, OfSharesAndRatiosOfHugeGammasAreNormalWithTheirMoments) {
+  MCRNGBeta beta;
+  beta.SetSeed(38.0);
+  MCRandomValues values;
+  values.SetSeed(39);
+  // Of deviations below 1e-13, which steps of doubles near 1 cut in a hundred parts or more.
+  constexpr double kBetaDeviation = 3.5355339059327376e-14;
+  constexpr double kFDeviation = 6.3245553203367587e-14;
+  ExpectLaw({"beta", [&] { return (beta.GetNext(1e26, 1e26) - 0.5) / kBetaDeviation; }, NormalCdf,
+             0.0, 1.0});
+  ExpectLaw(
+      {"F", [&] { return (values.RVAuxF(1e27, 1e27) - 1.0) / kFDeviation; }, NormalCdf, 0.0, 1.0});
+}
+
 TEST(Variates, OfTheSmallestAndLargestParametersAreNumbers) {
   MCRandomValues values;
   constexpr double kLargest = std::numeric_limits<double>::max();

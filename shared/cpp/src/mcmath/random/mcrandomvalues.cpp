@@ -24,10 +24,6 @@ bool IsRange(double low, double high) {
   return std::isfinite(low) && std::isfinite(high) && low < high;
 }
 
-bool IsNormal(double mean, double deviation) {
-  return std::isfinite(mean) && std::isfinite(deviation) && deviation >= 0.0;
-}
-
 bool AreFinite(const std::vector<double>& values) {
   return std::all_of(values.begin(), values.end(), [](double x) { return std::isfinite(x); });
 }
@@ -140,7 +136,7 @@ bool MCRandomValues::SetParamUniform(double low, double high) {
 }
 
 bool MCRandomValues::SetParamNormal(double mean, double deviation) {
-  if (!IsNormal(mean, deviation)) return false;
+  if (!detail::AreNormal(mean, deviation)) return false;
   fDistribution = Distribution::kNormal;
   fFirst = mean;
   fSecond = deviation;
@@ -261,9 +257,9 @@ double MCRandomValues::RVSNor() {
 }
 
 double MCRandomValues::RVNor(double mean, double deviation) {
-  if (!IsNormal(mean, deviation)) return MCMV::gMissingValue;
+  if (!detail::AreNormal(mean, deviation)) return MCMV::gMissingValue;
   Uniform uniform(Source());
-  return detail::Answer(mean + deviation * detail::StandardNormal(uniform));
+  return detail::Answer(detail::Normal(mean, deviation, uniform));
 }
 
 bool MCRandomValues::IsMultivariate() const {

@@ -25,7 +25,8 @@ class MCSymMatrix;
 /// strictly between 0 and 1 are passed over. Where only such come (1000 in a row) there is no
 /// variate: the answer is the missing value, or false with the output unchanged. Nothing is kept
 /// between draws, so they go on as before from a saved state of the MCURandom. A number beyond the
-/// range of doubles is the largest double of its sign; an element of a matrix may be infinite.
+/// range of doubles is the largest double of its sign; elements of such a matrix may be infinite or
+/// NaN.
 ///
 /// Degrees of freedom, shapes, scales and means that are told to be positive are finite and 1e-300
 /// or above.

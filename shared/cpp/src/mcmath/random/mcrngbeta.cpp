@@ -4,8 +4,6 @@
 #include "mcmath/random/detail/uniformchoice.h"
 #include "mcmath/random/detail/variates.h"
 
-#include <cmath>
-
 namespace MCCommonMath {
 
 namespace {

@@ -9,8 +9,8 @@
 namespace MCCommonMath {
 
 /// Beta numbers, of density proportional to x^(a-1) (1-x)^(b-1) on (0, 1). Numerical method: the
-/// share of one gamma in two (Devroye 1986), in logarithms, so that small parameters serve too; the
-/// gammas as by Marsaglia and Tsang (2000).
+/// share of one gamma in two (Devroye 1986), in logarithms for parameters below 1, so that the
+/// smallest serve too; the gammas as by Marsaglia and Tsang (2000).
 class MC_EXPORT MCRNGBeta : public MCRNGenerator {
 public:
   /// a = b = 1, the uniform distribution, with uniform numbers of a fresh MCRNGUTwister.

@@ -4,17 +4,7 @@
 #include "mcmath/random/detail/uniformchoice.h"
 #include "mcmath/random/detail/variates.h"
 
-#include <cmath>
-
 namespace MCCommonMath {
-
-namespace {
-
-bool AreParameters(double mean, double deviation) {
-  return std::isfinite(mean) && std::isfinite(deviation) && deviation >= 0.0;
-}
-
-}  // namespace
 
 class MCRNGNormal::Impl : public detail::UniformChoice {
 public:
@@ -31,7 +21,7 @@ MCRNGNormal::MCRNGNormal(double mean, double deviation) : MCRNGNormal() {
 MCRNGNormal::~MCRNGNormal() = default;
 
 bool MCRNGNormal::SetParameters(double mean, double deviation) {
-  if (!AreParameters(mean, deviation)) return false;
+  if (!detail::AreNormal(mean, deviation)) return false;
   fImpl->mean = mean;
   fImpl->deviation = deviation;
   return true;
@@ -52,12 +42,12 @@ double MCRNGNormal::GetNext() {
 }
 
 double MCRNGNormal::GetNext(double mean, double deviation) {
-  return AreParameters(mean, deviation) ? GetNextImpl(mean, deviation) : MCMV::gMissingValue;
+  return detail::AreNormal(mean, deviation) ? GetNextImpl(mean, deviation) : MCMV::gMissingValue;
 }
 
 double MCRNGNormal::GetNextImpl(double mean, double deviation) {
   detail::OpenUniform<MCRNGenerator> uniform(fImpl->Chosen());
-  return detail::Answer(mean + deviation * detail::StandardNormal(uniform));
+  return detail::Answer(detail::Normal(mean, deviation, uniform));
 }
 
 }  // namespace MCCommonMath

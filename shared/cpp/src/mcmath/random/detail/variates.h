@@ -76,6 +76,16 @@ double StandardNormal(Uniform& uniform) {
   return kNoNumber;
 }
 
+/// What may be the mean and the standard deviation of a normal distribution.
+inline bool AreNormal(double mean, double deviation) {
+  return std::isfinite(mean) && std::isfinite(deviation) && deviation >= 0.0;
+}
+
+template <class Uniform>
+double Normal(double mean, double deviation, Uniform& uniform) {
+  return mean + deviation * StandardNormal(uniform);
+}
+
 /// Exponential with mean 1, by inversion.
 template <class Uniform>
 double StandardExponential(Uniform& uniform) {
@@ -124,18 +134,27 @@ double ChiSquare(double degreesOfFreedom, Uniform& uniform) {
   return 2.0 * StandardGamma(0.5 * degreesOfFreedom, uniform);
 }
 
-/// Beta with parameters above 0: X / (X + Y) of two gammas (Devroye 1986, ch. IX.3), in logarithms.
+/// Beta with parameters above 0: X / (X + Y) of two gammas (Devroye 1986, ch. IX.3). In logarithms
+/// where one of them may underflow: those of large gammas would be too coarse.
 template <class Uniform>
 double Beta(double a, double b, Uniform& uniform) {
+  if (std::min(a, b) >= 1.0) {
+    const double x = GammaFromOneUp(a, uniform);
+    return 1.0 / (1.0 + GammaFromOneUp(b, uniform) / x);
+  }
   const double logX = LogGamma(a, uniform);
   const double logY = LogGamma(b, uniform);
   return 1.0 / (1.0 + std::exp(logY - logX));
 }
 
 /// F with degrees of freedom above 0: the ratio of two chi-squares, each over its degrees of
-/// freedom.
+/// freedom. In logarithms where Beta() is.
 template <class Uniform>
 double FRatio(double numerator, double denominator, Uniform& uniform) {
+  if (std::min(numerator, denominator) >= 2.0) {
+    const double x = GammaFromOneUp(0.5 * numerator, uniform) / numerator;
+    return x / (GammaFromOneUp(0.5 * denominator, uniform) / denominator);
+  }
   const double logX = LogGamma(0.5 * numerator, uniform) - std::log(numerator);
   const double logY = LogGamma(0.5 * denominator, uniform) - std::log(denominator);
   return std::exp(logX - logY);
@@ -151,6 +170,7 @@ double BinomialByInversion(double n, double p, Uniform& uniform) {
   const int last = static_cast<int>(std::min(n, kFarthest));
   for (int round = 0; round < kMaxRounds; ++round) {
     double u = uniform();
+    if (std::isnan(u)) break;
     double probability = first;
     for (int k = 0; k <= last; ++k) {
       if (u <= probability) return k;
@@ -181,6 +201,7 @@ double BinomialByRejection(double n, double p, Uniform& uniform) {
   const double mode = std::floor((n + 1.0) * p);
   for (int round = 0; round < kMaxRounds; ++round) {
     const double u = uniform() - 0.5;
+    if (std::isnan(u)) break;
     const double v = uniform();
     const double s = 0.5 - std::fabs(u);
     const double k = std::floor((2.0 * a / s + b) * u + centre);
