@@ -35,7 +35,9 @@ void MCRNGUTwister::SeedFrom(double seed) {
   const unsigned long low = CutWord(z);
   // A significand has 53 bits.
   MCCommon::detail::Assert(z == 0.0, "z==0.0", "mcmath/random/mcrngutwister");
-  const std::array<unsigned long, 3> key = {seed < 0.0 ? ~scale : scale, high, low};
+  // The exponents of doubles, of 12 bits, leave the uppermost one to the sign.
+  const std::uint32_t sign = seed < 0.0 ? 0x80000000U : 0U;
+  const std::array<unsigned long, 3> key = {scale ^ sign, high, low};
   fTwister.InitByArray(key.data(), key.size());
 }
 
