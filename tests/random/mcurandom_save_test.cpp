@@ -308,6 +308,15 @@ TEST(MCURandomXML, IsRefusedWithItsValuesDamaged) {
   }
 }
 
+TEST(MCURandomXML, ReadsNumbersUpToWhatIsNoDigit) {
+  const std::string whole = Saved(Congruential(5));
+  std::string damaged = whole;
+  damaged.insert(damaged.find("\"5\"") + 2, "x");
+  MCURandom uniform;
+  EXPECT_EQ(mctest::ReadSaved(uniform, damaged), 7);
+  EXPECT_EQ(Saved(uniform), whole);
+}
+
 TEST(MCURandomXML, IsRefusedCutOffAnywhere) {
   const auto read = [](MCURandom& uniform, const std::string& text) {
     return mctest::ReadSaved(uniform, text) != -1;
