@@ -65,7 +65,7 @@ NumberColumn TakeTwoNumbers(TextScanner& scanner, char separator) {
 }
 
 NumberColumn TakeEvenlySpread(TextScanner& scanner) {
-  const NumberColumn column = TakeTwoNumbers(scanner, ':');
+  NumberColumn column = TakeTwoNumbers(scanner, ':');
   if (column.first >= column.second) scanner.Fail("the second number must be above the first");
   scanner.Expect(')');
   return column;
@@ -80,7 +80,7 @@ NumberColumn TakeNormal(TextScanner& scanner) {
 }
 
 NumberColumn TakeFrequency(TextScanner& scanner) {
-  const NumberColumn column = TakeTwoNumbers(scanner, ':');
+  NumberColumn column = TakeTwoNumbers(scanner, ':');
   const auto isCount = [](double number) {
     return number == std::floor(number) && number >= 1.0 && number <= kHighestFrequency;
   };
@@ -113,7 +113,7 @@ void ReadColumns(const DesignTexts& texts, DataDesign& design) {
 void ReadEmpty(const std::string& text, DataDesign& design) {
   TextScanner scanner(text, "--empty");
   design.empty = TakeList(scanner, [&design](TextScanner& products) {
-    const DesignProduct product = ProductReader(design).Take(products);
+    DesignProduct product = ProductReader(design).Take(products);
     if (!product.powers.empty() || product.labels.empty()) {
       products.Fail("a combination of labels is expected");
     }
@@ -125,8 +125,8 @@ void ReadMissing(const std::string& text, DataDesign& design) {
   const std::vector<std::string> names = design.ColumnNames();
   design.missing.assign(names.size(), 0.0);
   TextScanner scanner(text, "--missing");
-  std::vector<std::string> read = TakeList(scanner, [&](TextScanner& shares) {
-    const std::string name = TakeColumn(shares);
+  const std::vector<std::string> read = TakeList(scanner, [&](TextScanner& shares) {
+    std::string name = TakeColumn(shares);
     const auto column = std::find(names.begin(), names.end(), name);
     if (column == names.end()) shares.Fail(fmt::format("there is no column {}", Quoted(name)));
     shares.Expect('=');
