@@ -23,6 +23,7 @@ using Vector = std::vector<double>;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kLargest = std::numeric_limits<double>::max();
 
 // n by r, of whole numbers, any r rows of which are independent: powers of different nodes.
 MCRectMatrix Factor(int n, int r) {
@@ -188,6 +189,72 @@ TEST(MCEigenValuesPair, AnEAtTheEndsOfTheDoublesOnlyScales) {
     for (double& x : scaledVectors.AsVector()) x = std::ldexp(x, exponent / 2);
     EXPECT_EQ(scaledVectors.AsVectorConst(), vectors.AsVectorConst()) << exponent;
   }
+}
+
+// Rows of E are further apart than the range of doubles is wide from 1 on. Multiplying row and
+// column i of both matrices by a power of two leaves the values as they are, to the bit.
+TEST(MCEigenValuesPair, RowsOfEMayLieAtBothEndsOfTheDoubles) {
+  const MCSymMatrix H = mctest::NoisySymmetric(4, 45);
+  const MCSymMatrix E = mctest::NoisyDefinite(4, 46);
+  MCEigenValues problem(H, E, 1e-12, 30);
+  Vector values;
+  MCRectMatrix vectors;
+  ASSERT_EQ(problem.Compute(values, vectors), 4);
+  const int exponents[4] = {500, -480, 0, -490};
+  MCSymMatrix scaledH = H;
+  MCSymMatrix scaledE = E;
+  for (int i = 0; i < 4; ++i) {
+    for (int j = 0; j <= i; ++j) {
+      scaledH.SetElem(i, j, std::ldexp(H.GetElem(i, j), exponents[i] + exponents[j]));
+      scaledE.SetElem(i, j, std::ldexp(E.GetElem(i, j), exponents[i] + exponents[j]));
+    }
+  }
+  MCEigenValues scaled(scaledH, scaledE, 1e-12, 30);
+  EXPECT_TRUE(scaled.IsValidEMatrix());
+  Vector scaledValues;
+  MCRectMatrix scaledVectors;
+  ASSERT_EQ(scaled.Compute(scaledValues, scaledVectors), 4);
+  EXPECT_EQ(scaledValues, values);
+  for (int i = 0; i < 4; ++i) {
+    for (int k = 0; k < 4; ++k) {
+      EXPECT_EQ(std::ldexp(scaledVectors.GetElem(i, k), exponents[i]), vectors.GetElem(i, k));
+    }
+  }
+}
+
+// Quotients of both kinds: those that are near 1 and those that only H or only E makes large.
+TEST(MCEigenValuesPair, ADiagonalPairOfAnyMagnitudesHasTheQuotients) {
+  struct Case {
+    double h[2];
+    double e[2];
+  };
+  const Case cases[] = {{{1e160, 1e-160}, {1e160, 1e-160}}, {{3e300, 1e-300}, {1e300, 1e-300}},
+                        {{2e-300, 1e300}, {1e-300, 1e300}}, {{3, 2}, {1e160, 1e-140}},
+                        {{0, 0}, {1e160, 1e-160}},          {{5e-310, 0}, {1e-310, 1e300}}};
+  for (const Case& c : cases) {
+    Vector expected = {c.h[0] / c.e[0], c.h[1] / c.e[1]};
+    std::sort(expected.begin(), expected.end());
+    MCEigenValues problem(Packed({c.h[0], 0, c.h[1]}), Packed({c.e[0], 0, c.e[1]}), 1e-12, 30);
+    Vector values;
+    ASSERT_EQ(problem.GetSorted(values, false), 2) << c.e[0];
+    // A root, a reciprocal and two products, beside the larger of both.
+    const double tolerance = 4 * std::numeric_limits<double>::epsilon() * std::abs(expected[1]);
+    EXPECT_NEAR(values[0], expected[0], tolerance) << c.e[0];
+    EXPECT_NEAR(values[1], expected[1], tolerance) << c.e[0];
+  }
+}
+
+// A zero on the diagonal of E, with something beside it or not, whatever the other rows are.
+TEST(MCEigenValuesPair, AZeroBesideLargeRowsOfEIsNeverTakenForMore) {
+  const double least = std::numeric_limits<double>::denorm_min();
+  const MCSymMatrix H = Packed({3e300, 0, 2});
+  Vector values;
+  EXPECT_EQ(MCEigenValues(H, Packed({1e300, 0, 0}), 1e-12, 30).Compute(values), 1);
+  EXPECT_DOUBLE_EQ(values.at(0), 3);
+  EXPECT_FALSE(MCEigenValues(H, Packed({1e300, least, 0}), 1e-12, 30).IsValidEMatrix());
+  EXPECT_FALSE(MCEigenValues(H, Packed({1, 1e-200, 0}), 1e-12, 30).IsValidEMatrix());
+  EXPECT_FALSE(MCEigenValues(H, Packed({0, 1e-200, 1}), 1e-12, 30).IsValidEMatrix());
+  EXPECT_FALSE(MCEigenValues(H, Packed({kLargest, 1e308, 0}), 1e-12, 30).IsValidEMatrix());
 }
 
 TEST(MCEigenValuesPair, OnlyAPositiveSemidefiniteEOfTheSizeOfHIsValid) {

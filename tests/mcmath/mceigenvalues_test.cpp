@@ -143,6 +143,15 @@ TEST(MCEigenValues, EqualValuesKeepTheirOrder) {
   }
 }
 
+TEST(MCEigenValues, ZerosOfBothSignsKeepTheirOrder) {
+  MCSymMatrix H(40);
+  for (int i = 1; i < 40; i += 2) H.SetElem(i, i, -0.0);
+  MCEigenValues problem(H, 1e-12, 30);
+  Vector values;
+  EXPECT_EQ(problem.GetSorted(values, true), 40);
+  for (std::size_t i = 0; i < 40; ++i) EXPECT_EQ(std::signbit(values[i]), i % 2 == 1) << i;
+}
+
 TEST(MCEigenValues, TheComparisonsLookAtValuesAlone) {
   using Pair = std::pair<double, int>;
   EXPECT_TRUE(MCEigenValues::CompareD(2, 1));
@@ -283,6 +292,34 @@ TEST(MCEigenValues, SmallElementsBesideLargeOnesKeepTheVectorsOrthogonal) {
       for (int l = 0; l <= k; ++l) {
         EXPECT_NEAR(vectors.DotProductCol(k, l), k == l ? 1.0 : 0.0, 1e-14) << small;
       }
+    }
+  }
+}
+
+TEST(MCEigenValues, SmallElementsOutliveTheScalingOfLargeOnes) {
+  EXPECT_THAT(Sorted(MCEigenValues(Packed({1e160, 0, 1e-160}), 1e-12, 30)),
+              ElementsAre(1e-160, 1e160));
+}
+
+// A QL step meets a new coupling of exactly 0 while its bulge underflows, and ends there. The last
+// two rows have the values 49 and -16, beside which the others are 0.
+TEST(MCEigenValues, AStepWhoseBulgeVanishesEndsWell) {
+  const double unit = 0x1p-304;
+  const double small = 0x1p-797;
+  MCEigenValues problem(Packed({0, small, 0, 0, small, 0, 0, 0, 28 * unit, 33 * unit}), 1e-12, 30);
+  Vector values;
+  MCRectMatrix vectors;
+  ASSERT_EQ(problem.GetSorted(values, vectors, true), 4);
+  EXPECT_NEAR(values[0] / unit, 49, 1e-13);
+  EXPECT_NEAR(values[1] / unit, 0, 1e-13);
+  EXPECT_NEAR(values[2] / unit, 0, 1e-13);
+  EXPECT_NEAR(values[3] / unit, -16, 1e-13);
+  // (28, 49) and (28, -16) are vectors of the block [0 28; 28 33].
+  EXPECT_NEAR(vectors.GetElem(3, 0) / vectors.GetElem(2, 0), 49.0 / 28, 1e-14);
+  EXPECT_NEAR(vectors.GetElem(3, 3) / vectors.GetElem(2, 3), -16.0 / 28, 1e-14);
+  for (int k = 0; k < 4; ++k) {
+    for (int l = 0; l <= k; ++l) {
+      EXPECT_NEAR(vectors.DotProductCol(k, l), k == l ? 1.0 : 0.0, 1e-15);
     }
   }
 }

@@ -65,7 +65,7 @@ bool MCEigenValues::SetEMatrix(const MCSymMatrix& E) {
 void MCEigenValues::Withdraw() {
   fbComputed = false;
   fExponent = 0;
-  fExponentE = 0;
+  fvExponentsE.clear();
   fvKeptRows.clear();
   fvEDiag.clear();
   fmCholGI.SetNRows(0);
@@ -104,7 +104,7 @@ int MCEigenValues::GetSorted(std::vector<double>& values, bool descending) {
   values.clear();
   if (!fbComputed && !Run(false)) return -1;
   values = fvEigenVal;
-  std::sort(values.begin(), values.end(), descending ? CompareD : CompareA);
+  std::stable_sort(values.begin(), values.end(), descending ? CompareD : CompareA);
   return fNEigenVal;
 }
 

@@ -28,7 +28,7 @@ namespace MCCommonMath {
 /// Vectors have length 1, or x'Ex = 1 for a pair, and are orthogonal in the same sense, each up to
 /// its sign. Values and residuals are good to a small multiple of n eps times the norm of H. That
 /// holds for elements at either end of the range of doubles too: such a matrix is worked on, and
-/// displayed, multiplied by a power of two.
+/// displayed, multiplied by a power of two; with such an E, rows and columns by one for each.
 ///
 /// A matrix or tolerance that is set withdraws what has been computed. Scratch that can't be
 /// allocated lets std::bad_alloc pass, with nothing computed then.
@@ -121,10 +121,10 @@ private:
   bool fbVectors = false;
   bool fbComputed = false;
 
-  // Where E was divided by 4^fExponentE, and all that was computed stands to be multiplied by
-  // 2^fExponent.
-  int fExponentE = 0;
+  // Values computed stand to be multiplied by 2^fExponent. Row and column i of what was kept of E
+  // were divided by 2^fvExponentsE[i], or by none if that is empty.
   int fExponent = 0;
+  std::vector<int> fvExponentsE;
 
   std::vector<double> fvEDiag;
   MCSymMatrix fmCholGI;         // n rows, zeros in the redundant ones

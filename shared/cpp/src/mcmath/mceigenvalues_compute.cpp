@@ -21,13 +21,25 @@ bool AllFinite(const std::vector<double>& values) {
   return std::all_of(values.begin(), values.end(), [](double x) { return std::isfinite(x); });
 }
 
-// A power of two by which a matrix is divided, so that squares and products of its elements are
-// safe: 0 for one that is safe as it is.
+bool AllZero(const double* x, std::size_t n) {
+  return std::all_of(x, x + n, [](double element) { return element == 0.0; });
+}
+
+// Whether squares and products of elements of this magnitude are safe.
+bool IsSafe(double x) {
+  return x == 0.0 || (std::abs(x) > 0x1p-300 && std::abs(x) < 0x1p300);
+}
+
+constexpr int kLargestSafeExponent = 299;
+
+// A power of two by which a matrix is divided, so that its elements are safe: 0 for one that is
+// safe as it is. One of large elements stays as large as may be, for the sake of small ones in it.
 int ScaleExponent(const std::vector<double>& elements) {
   double largest = 0.0;
   for (const double x : elements) largest = std::max(largest, std::abs(x));
-  if (largest == 0.0 || (largest > 0x1p-300 && largest < 0x1p300)) return 0;
-  return std::ilogb(largest);
+  if (IsSafe(largest)) return 0;
+  const int exponent = std::ilogb(largest);
+  return exponent < 0 ? exponent : exponent - kLargestSafeExponent;
 }
 
 void Scale(std::vector<double>& elements, int exponent) {
@@ -35,9 +47,58 @@ void Scale(std::vector<double>& elements, int exponent) {
   for (double& x : elements) x = std::ldexp(x, exponent);
 }
 
+// A power of two for each row of E. Rows and columns divided by it have a diagonal near 1; that
+// changes neither which rows are redundant nor any digit. None if E is safe as it is.
+std::vector<int> RowExponents(const MCSymMatrix& E) {
+  std::vector<double> diagonal;
+  E.GetDiagonal(diagonal);
+  if (std::all_of(diagonal.begin(), diagonal.end(), IsSafe)) return {};
+  std::vector<int> exponents;
+  // A zero gets the exponent of the least double: what stands beside it mustn't vanish.
+  for (const double x : diagonal) exponents.push_back(std::clamp(std::ilogb(x), -1074, 1023) / 2);
+  return exponents;
+}
+
+// Divides rows and columns by their powers of two, and all by that of `common`.
+void ScaleRows(MCSymMatrix& S, const std::vector<int>& exponents, int common) {
+  if (!S.IsValidMatrix()) return;
+  double* x = S.AsVector().data();
+  for (std::size_t i = 0; i < exponents.size(); ++i) {
+    for (std::size_t j = 0; j <= i; ++j, ++x) {
+      *x = std::ldexp(*x, -(exponents[i] + exponents[j] + common));
+    }
+  }
+}
+
+// Largest exponent that an element would have with rows and columns so divided.
+int LargestExponent(const MCSymMatrix& S, const std::vector<int>& exponents) {
+  int largest = std::numeric_limits<int>::min();
+  const double* x = S.AsVectorConst().data();
+  for (std::size_t i = 0; i < exponents.size(); ++i) {
+    for (std::size_t j = 0; j <= i; ++j, ++x) {
+      if (*x != 0.0) largest = std::max(largest, std::ilogb(*x) - exponents[i] - exponents[j]);
+    }
+  }
+  return largest == std::numeric_limits<int>::min() ? 0 : largest;
+}
+
+// Makes H safe, its rows and columns being divided like those of E if there are exponents. Answers
+// the power of two by which it is divided beside.
+int ScaleLikeE(MCSymMatrix& H, const std::vector<int>& exponents) {
+  if (exponents.empty()) {
+    const int exponent = ScaleExponent(H.AsVectorConst());
+    Scale(H.AsVector(), -exponent);
+    return exponent;
+  }
+  const int common = LargestExponent(H, exponents);
+  ScaleRows(H, exponents, common);
+  return common;
+}
+
 // Whether a factorisation has left nothing that a positive semidefinite E can't have: for each
-// redundant row i, no diagonal element below 0, and no element (k, i) behind it above the root of
-// what the diagonal elements leave of (i, i) times (k, k). Both up to the tolerance and rounding.
+// redundant row i, nothing beside a diagonal of 0, no diagonal element below 0, and no element (k,
+// i) behind it above the root of what the diagonal elements leave of (i, i) times (k, k). Both up
+// to the tolerance and rounding.
 bool IsRestSmall(const MCSymMatrix& E, const MCSymMatrix& factor, const MCBitSet& kept,
                  double tol) {
   const std::size_t n = static_cast<std::size_t>(E.GetNRows());
@@ -48,6 +109,8 @@ bool IsRestSmall(const MCSymMatrix& E, const MCSymMatrix& factor, const MCBitSet
     if (kept.IsIn(static_cast<int>(i))) continue;
     const double diagonal = e[DiagonalIndex(i)];
     const double* const row = l + RowStart(i);
+    // Squares of what is there could underflow.
+    if (diagonal == 0.0 && !AllZero(e + RowStart(i), i)) return false;
     if (!(diagonal - detail::Dot(row, row, i) >= -bound * diagonal)) return false;
     for (std::size_t k = i + 1; k < n; ++k) {
       const double rest = e[RowStart(k) + i] - detail::Dot(l + RowStart(k), row, i);
@@ -69,11 +132,10 @@ bool FactorSemidefinite(const MCSymMatrix& E, double tol, MCSymMatrix& factor, M
   return IsRestSmall(E, factor, kept, tol);
 }
 
-// E divided by 4 to the power of `exponent`, which is chosen so that it is safe to work with.
-MCSymMatrix ScaledByFours(const MCSymMatrix& E, int& exponent) {
+// E with rows and columns divided by the powers of two that make it safe.
+MCSymMatrix Scaled(const MCSymMatrix& E, const std::vector<int>& exponents) {
   MCSymMatrix scaled(E);
-  exponent = ScaleExponent(scaled.AsVectorConst()) / 2;
-  Scale(scaled.AsVector(), -2 * exponent);
+  ScaleRows(scaled, exponents, 0);
   return scaled;
 }
 
@@ -81,8 +143,7 @@ MCSymMatrix ScaledByFours(const MCSymMatrix& E, int& exponent) {
 
 bool MCEigenValues::IsValidEMatrix() const {
   if (!fbEMatrix) return true;
-  int exponent = 0;
-  const MCSymMatrix E = ScaledByFours(fmE, exponent);
+  const MCSymMatrix E = Scaled(fmE, RowExponents(fmE));
   MCSymMatrix factor;
   MCBitSet kept;
   return E.IsValidMatrix() && E.GetNRows() == fmH.GetNRows() &&
@@ -90,14 +151,17 @@ bool MCEigenValues::IsValidEMatrix() const {
 }
 
 bool MCEigenValues::FactorE() {
-  const MCSymMatrix E = ScaledByFours(fmE, fExponentE);
+  const std::vector<int> exponents = RowExponents(fmE);
+  const MCSymMatrix E = Scaled(fmE, exponents);
   MCBitSet kept;
   if (!E.IsValidMatrix() || E.GetNRows() != fmH.GetNRows()) return false;
   if (!FactorSemidefinite(E, fTol, fmCholGI, kept)) return false;
   E.GetDiagonal(fvEDiag);
   fmCholGI.LTDetInverse(nullptr, 10);
   for (int i = 0; i < E.GetNRows(); ++i) {
-    if (kept.IsIn(i)) fvKeptRows.push_back(i);
+    if (!kept.IsIn(i)) continue;
+    fvKeptRows.push_back(i);
+    if (!exponents.empty()) fvExponentsE.push_back(exponents[static_cast<std::size_t>(i)]);
   }
   fRankE = static_cast<int>(fvKeptRows.size());
   return true;
@@ -113,9 +177,7 @@ bool MCEigenValues::ReduceByE() {
     return false;
   }
   if (!fmVHV.IsValidMatrix()) return false;
-  const int exponent = ScaleExponent(H.AsVectorConst());
-  Scale(H.AsVector(), -exponent);
-  fExponent = exponent - 2 * fExponentE;
+  fExponent = ScaleLikeE(H, fvExponentsE);
 
   const std::size_t n = static_cast<std::size_t>(fRankE);
   std::vector<double> product(n);

@@ -188,10 +188,12 @@ bool MCEigenValues::BackTransVectors() {
   if (!fmEigenVectors.SetNRowsCols(fmH.GetNRows(), static_cast<int>(rank))) return false;
   for (std::size_t i = 0; i < rank; ++i) {
     const std::size_t row = fbEMatrix ? static_cast<std::size_t>(fvKeptRows[i]) : i;
-    panels.StoreRow(i, fmEigenVectors.AsVector().data() + row * rank);
+    double* const to = fmEigenVectors.AsVector().data() + row * rank;
+    panels.StoreRow(i, to);
+    if (fvExponentsE.empty()) continue;
+    std::transform(to, to + rank, to,
+                   [exponent = -fvExponentsE[i]](double x) { return std::ldexp(x, exponent); });
   }
-  if (fExponentE == 0) return true;
-  for (double& x : fmEigenVectors.AsVector()) x = std::ldexp(x, -fExponentE);
   return std::all_of(fmEigenVectors.AsVector().begin(), fmEigenVectors.AsVector().end(),
                      [](double x) { return std::isfinite(x); });
 }

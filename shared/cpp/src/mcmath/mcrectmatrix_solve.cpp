@@ -9,15 +9,14 @@ namespace MCCommonMath {
 
 namespace {
 
-// R'b; b has an entry for each row.
-std::vector<double> TransposedTimes(const MCRectMatrix& R, const std::vector<double>& b) {
-  std::vector<double> sums(static_cast<std::size_t>(R.GetNCols()));
+// sums += R'b; b has an entry for each row, sums has one for each column.
+void AddTransposedTimes(const MCRectMatrix& R, const std::vector<double>& b,
+                        std::vector<double>& sums) {
   for (int i = 0; i < R.GetNRows(); ++i) {
     const double multiplier = b[static_cast<std::size_t>(i)];
     std::transform(sums.begin(), sums.end(), R.GetRowPtr(i), sums.begin(),
                    [multiplier](double sum, double element) { return sum + multiplier * element; });
   }
-  return sums;
 }
 
 }  // namespace
@@ -51,7 +50,9 @@ int MCRectMatrix::EstimateLinearGI(const std::vector<double>& b, std::vector<dou
   if (SolveLinearSquare(b, x, solveTol)) return 0;
   MCSymMatrix products;
   if (!products.ComputeRTransByR(*this)) return -1;
-  return products.LTSolve(TransposedTimes(*this, b), tol, x);
+  std::vector<double> rightSide(static_cast<std::size_t>(fNCols));
+  AddTransposedTimes(*this, b, rightSide);
+  return products.LTSolve(rightSide, tol, x);
 }
 
 }  // namespace MCCommonMath
