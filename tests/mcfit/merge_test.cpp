@@ -88,7 +88,7 @@ TEST(Merge, NamesTheFileThatCannotBeMerged) {
       {"html.xml", "<html/>", "html.xml: error 108 (MCS_DOC_MISSING_ITEM)"},
       {"cut.xml", cut, "cut.xml: line 1, column "},
       {"text.xml", "y,x\n1,2\n", "text.xml: line 1, column 1: "},
-      {"deep.xml", deep.Text(), "deep.xml: the file holds what can't be written again"},
+      {"deep.xml", deep.Text(), "deep.xml: the file or its split values can't be written again"},
   };
   for (const auto& test : cases) {
     const std::string file = write(test.file, test.text);

@@ -496,6 +496,27 @@ TEST(MCXSplitPMMLCombinerMerge, EntitiesAreReplacedByWhatTheyStandFor) {
                           R"(<Extension value="in">(in<b>in</b>&lt;).</Extension></Regression)"));
 }
 
+TEST(MCXSplitPMMLCombinerMerge, AttributesThatOnlyTheDtdTellsAreWritten) {
+  SplitModel model;
+  model.root = "PMML";
+  model.fields += R"(<DataField name="z"><Value/></DataField>)";
+  model.model = "RegressionModel";
+  model.content = R"(<Extension/><Extension value="told"/>)";
+  const std::string type = R"(<!DOCTYPE PMML [<!ATTLIST PMML version CDATA "4.1">)"
+                           R"(<!ATTLIST Value value CDATA "v">)"
+                           R"(<!ATTLIST RegressionModel functionName CDATA "regression">)"
+                           R"(<!ATTLIST Extension value CDATA "&#228;">]>)";
+  const Common common({{type + model.Text(), {"north"}}, {type + model.Text(), {"south"}}});
+  EXPECT_EQ(common.root["version"], "4.1");
+  EXPECT_THAT(common.ValuesOf(2), ElementsAre("v"));
+  const XmlNode& segmentation = common.root.Only("MiningModel").Only("Segmentation");
+  for (const XmlNode* segment : segmentation.All("Segment")) {
+    const XmlNode& copy = segment->Only("RegressionModel");
+    EXPECT_EQ(copy["functionName"], "regression");
+    EXPECT_THAT(Attributes(copy, "Extension", "value"), ElementsAre("\u00e4", "told"));
+  }
+}
+
 TEST(MCXSplitPMMLCombinerMerge, AnotherEncodingBecomesUtf8) {
   SplitModel model;
   model.content = "<Extension value=\"K\xe4se\"/>";

@@ -4,6 +4,7 @@
 #include "mcparsexml/mcxsplitpmmlcombiner.h"
 #include "support/countingallocator.h"
 #include "support/leaksallowed.h"
+#include "support/memoryexhaustion.h"
 #include "support/splitmodel.h"
 #include "support/temporaryfolder.h"
 
@@ -190,6 +191,8 @@ TEST(MCXSplitPMMLCombinerState, ARefusedLaterFileLeavesNoTrace) {
   SplitModel function = Other();
   function.model = R"(RegressionModel functionName="classification")";
   refusals.push_back({"another function", function.Text(), 124});
+  const std::string schema = "<MiningSchema>" + function.schema + "</MiningSchema>";
+  refusals.push_back({"another function and no schema", Without(function.Text(), schema), 124});
 
   Fixture fixture;
   EXPECT_TRUE(fixture.Add(SplitModel().Text()).IsOK());
@@ -372,12 +375,44 @@ TEST(MCXSplitPMMLCombinerState, LeavesXercesToAHostThatUsesItToo) {
   xercesc::XMLPlatformUtils::Terminate();
 }
 
-/// Whether a run in which the k-th allocation fails ends without the failure. Exhaustion ends an
-/// operation by std::bad_alloc or, inside Xerces, by a status; then the combiner can be deleted.
+TEST(MCXSplitPMMLCombinerState, SplitValuesThatXmlCannotHoldAreRefused) {
+  const std::string good = SplitModel().Text();
+  Fixture reference;
+  reference.Add(good);
+  reference.Add(Other().Text(), {"south"});
+  const std::string expected = reference.Export();
+
+  Fixture fixture;
+  const std::string badTexts[] = {
+      "\x01", "a\x1f", "\xff", "\xc3", std::string("a\0b", 3), "\xef\xbf\xbf", "\xed\xa0\x80"};
+  for (const std::string& text : badTexts) EXPECT_TRUE(IsError(fixture.Add(good, {text}), 104));
+  EXPECT_TRUE(fixture.Add(good).IsOK());
+  for (const std::string& text : badTexts) {
+    EXPECT_TRUE(IsError(fixture.Add(Other().Text(), {text}), 104));
+    EXPECT_THAT(fixture.combiner.GetXercesMessage(), HasSubstr("split values"));
+  }
+  EXPECT_TRUE(fixture.Add(Other().Text(), {"south"}).IsOK());
+  EXPECT_EQ(fixture.Export(), expected);
+}
+
+TEST(MCXSplitPMMLCombinerState, SplitVariablesThatXmlCannotHoldAreRefusedWithEachFile) {
+  const char* const texts[][3] = {{"\x01", "", ""}, {"name", "\xff", ""}, {"name", "", "\x02"}};
+  for (const auto& [name, label, category] : texts) {
+    MCVarList list;
+    list.AddCatVar(name, label, Texts{"good", category}, MC_ROLE_INPUT);
+    Fixture fixture(list);
+    EXPECT_TRUE(IsError(fixture.Add(SplitModel().Text(), {"good"}), 104));
+    EXPECT_EQ(fixture.combiner.GetNModels(), 0);
+  }
+}
+
+/// Whether a run with that failure ends without it. Exhaustion ends an operation by std::bad_alloc
+/// or, inside Xerces, by a status; then the combiner can be deleted.
+template <class Failure>
 bool MergesDespite(std::size_t k, const std::string& first, const std::string& second,
                    const std::string& out) {
   const MCVarList list = Region();
-  const mctest::FailAllocation failure(k);
+  const Failure failure(k);
   try {
     MCXSplitPMMLCombiner combiner(list);
     (void)combiner.AddModel(first, {"north"});
@@ -388,18 +423,31 @@ bool MergesDespite(std::size_t k, const std::string& first, const std::string& s
   return !failure.HasFired();
 }
 
-TEST(MCXSplitPMMLCombinerState, MemoryExhaustionAnywhereDoesNoHarm) {
+template <class Failure>
+void TryEachAllocation() {
   const mctest::TemporaryFolder folder;
-  const std::string first = folder.Write("first.xml", SplitModel().Text());
-  const std::string second = folder.Write("second.xml", Other().Text());
+  // Xerces allocates by the block: enough to need new ones.
+  SplitModel model = Other();
+  for (int i = 0; i < 300; ++i) model.content += "<a b='" + std::to_string(i) + "'>text</a>";
+  const std::string first = folder.Write("first.xml", model.Text());
+  model.fields += "<DataField name='last'>" + model.content + "</DataField>";
+  const std::string second = folder.Write("second.xml", model.Text());
   const std::string out = folder.Path("merged.xml");
   // Xerces stays up, so that what is tested is the combiner and not the start of Xerces.
   const MCComXPrsUtil::MCXMLReadWrite xerces;
   const mctest::LeaksAllowed leaks;  // Xerces loses what its scanner was about to use
   std::size_t k = 1;
-  while (!MergesDespite(k, first, second, out)) ++k;
+  while (!MergesDespite<Failure>(k, first, second, out)) ++k;
   EXPECT_GT(k, 100U);
   EXPECT_THAT(folder.Read("merged.xml"), HasSubstr(R"(value="south"/>)"));
+}
+
+TEST(MCXSplitPMMLCombinerState, MemoryExhaustionAnywhereDoesNoHarm) {
+  TryEachAllocation<mctest::FailAllocation>();
+}
+
+TEST(MCXSplitPMMLCombinerState, MemoryExhaustionThatLastsDoesNoHarm) {
+  TryEachAllocation<mctest::MemoryExhaustion>();
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/countingallocator.h"
 
+#include "support/memoryexhaustion.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -11,12 +13,14 @@ thread_local std::size_t gCount = 0;
 thread_local std::size_t gLargest = 0;
 thread_local std::size_t gFailAt = 0;  // 0: never
 thread_local bool gFired = false;
+thread_local bool gLasts = false;  // failures follow the first
 
 void* Allocate(std::size_t size) {
   ++gCount;
   gLargest = std::max(gLargest, size);
   if (gFailAt != 0 && --gFailAt == 0) {
     gFired = true;
+    if (gLasts) gFailAt = 1;
     return nullptr;
   }
   return std::malloc(size == 0 ? 1 : size);
@@ -85,6 +89,21 @@ FailAllocation::~FailAllocation() {
 }
 
 bool FailAllocation::HasFired() const {
+  return gFired;
+}
+
+MemoryExhaustion::MemoryExhaustion(std::size_t k) {
+  gFired = false;
+  gLasts = true;
+  gFailAt = k;
+}
+
+MemoryExhaustion::~MemoryExhaustion() {
+  gLasts = false;
+  gFailAt = 0;
+}
+
+bool MemoryExhaustion::HasFired() const {
   return gFired;
 }
 

@@ -86,7 +86,9 @@ MCStatus MCXSplitPMMLCombiner::AddModel(const std::string& fileName,
   if (!fStatus.IsOK()) return fStatus;
   fStatus = ParseSplitModelXML(*reader.GetDocument(), splitValues);
   if (fStatus.GetErrorCode() == MCCommon::MCS_XML_PARSE) {
-    fXercesMessage = "the file holds what can't be written again: elements too deep, or controls";
+    fXercesMessage =
+        "the file or its split values can't be written again: elements too deep, control "
+        "characters, or texts that aren't UTF-8";
   }
   return fStatus;
 }
@@ -95,6 +97,8 @@ MCStatus MCXSplitPMMLCombiner::ParseSplitModelXML(const xercesc::DOMDocument& do
                                                   const std::vector<std::string>& splitValues) {
   detail::MCSplitModelFile file;
   MCStatus status = detail::FindSplitModel(document, fvStandardModels, file);
+  if (status.IsOK() && fpCommon != nullptr) status = fpCommon->IsConsistentFunctionName(file);
+  if (status.IsOK()) status = detail::FindOtherPieces(file);
   if (!status.IsOK()) return status;
   if (fpCommon != nullptr) {
     status = fpCommon->MergeModelToMiningModel(file, splitValues);

@@ -75,8 +75,9 @@ public:
   /// GetXercesMessage(); 108: there is no root "PMML", no model of the standard, or no
   /// "DataDictionary", "MiningSchema" or "functionName" of that model; 125: the model is a
   /// "MiningModel" itself; 124: its function isn't that of the first file; 104 also for what a
-  /// document in XML 1.0 can't hold, or that would stand in it deeper than 10,000 elements, which
-  /// is the deepest that can be written.
+  /// document in XML 1.0 can't hold, in the file, in the split values or in what the list tells of
+  /// the variables, and for what would stand in it deeper than 10,000 elements, which is the
+  /// deepest that can be written.
   ///
   /// A file that isn't well-formed is read up to the error, unless it is read strictly.
   MCCommon::MCStatus AddModel(const std::string& fileName,

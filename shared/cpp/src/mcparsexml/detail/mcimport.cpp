@@ -11,6 +11,7 @@
 namespace MCComXPrsUtil {
 namespace detail {
 
+using xercesc::DOMAttr;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 using xercesc::DOMNamedNodeMap;
@@ -19,9 +20,11 @@ using xercesc::XMLString;
 
 namespace {
 
-// All that texts of XML 1.1 have beyond those of 1.0.
+// All that texts of XML 1.1 have beyond those of 1.0, and what neither has.
 bool HasControls(const XMLCh* text) {
-  const auto isControl = [](XMLCh c) { return c < u' ' && c != u'\t' && c != u'\n' && c != u'\r'; };
+  const auto isControl = [](XMLCh c) {
+    return (c < u' ' && c != u'\t' && c != u'\n' && c != u'\r') || c >= 0xFFFE;
+  };
   return text != nullptr && std::any_of(text, text + XMLString::stringLen(text), isControl);
 }
 
@@ -36,10 +39,25 @@ bool IsWritable(const DOMNode& node) {
   return !HasControls(node.getNodeValue());
 }
 
+// An import passes over attributes that stand in the DTD alone.
+void AddDefaults(const DOMNode& source, DOMNode& copy) {
+  const DOMNamedNodeMap* attributes = source.getAttributes();
+  const XMLSize_t nAttributes = attributes == nullptr ? 0 : attributes->getLength();
+  for (XMLSize_t i = 0; i < nAttributes; ++i) {
+    const auto* attribute = static_cast<const DOMAttr*>(attributes->item(i));
+    if (attribute->getSpecified()) continue;
+    static_cast<DOMElement&>(copy).setAttribute(attribute->getName(), attribute->getValue());
+  }
+}
+
 DOMNode* ImportAlone(DOMDocument& document, const DOMNode& source) {
+  if (!IsWritable(source)) return nullptr;
   DOMNode* copy = nullptr;
-  if (IsWritable(source)) IsDone([&] { copy = document.importNode(&source, false); });
-  return copy;
+  const bool isImported = IsDone([&] {
+    copy = document.importNode(&source, false);
+    AddDefaults(source, *copy);
+  });
+  return isImported ? copy : nullptr;
 }
 
 bool IsReference(const DOMNode& node) {
@@ -98,8 +116,18 @@ DOMElement* ImportElement(DOMDocument& document, const DOMElement& source) {
 DOMElement* ImportTree(DOMDocument& document, const DOMElement& source) {
   DOMElement* copy = ImportElement(document, source);
   if (copy == nullptr || TreeImport(document, source, *copy).Run()) return copy;
-  copy->release();
+  ReleasePiece(*copy);
   return nullptr;
+}
+
+void ReleasePiece(DOMElement& piece) {
+  IsDone([&piece] { piece.release(); });
+}
+
+bool IsWritableText(const std::string& text) {
+  const std::u16string units = ToXMLCh(text.c_str());
+  const bool isWhole = units.empty() == text.empty() && text.find('\0') == std::string::npos;
+  return isWhole && !HasControls(units.c_str());
 }
 
 }  // namespace detail

@@ -14,6 +14,13 @@ namespace detail {
 /// slow.
 class MCNameList {
 public:
+  MCNameList() = default;
+  MCNameList(MCNameList&&) = default;
+  MCNameList& operator=(MCNameList&&) = default;
+  // Places in a copy would be those of the original.
+  MCNameList(const MCNameList&) = delete;
+  MCNameList& operator=(const MCNameList&) = delete;
+
   std::size_t Size() const { return fvNames.size(); }
 
   /// Whether the name is there, and its first place from 0 up, which is Size() if it isn't.

@@ -76,8 +76,6 @@ void MCSegmentedDocument::FillRoot(DOMElement& root, const MCSplitModelFile& fil
 
 MCStatus MCSegmentedDocument::MergeModelToMiningModel(const MCSplitModelFile& file,
                                                       const std::vector<std::string>& splitValues) {
-  const MCStatus status = IsConsistentFunctionName(file);
-  if (!status.IsOK()) return status;
   const std::size_t nDataFields = fDataFieldNames.Size();
   const std::size_t nMiningFields = fMiningFieldNames.Size();
   UpdateDataDict(*file.fpDictionary, *fpDataDictionary);
@@ -231,7 +229,7 @@ DOMElement* MCSegmentedDocument::Create(const char* name, const Attributes& attr
   DOMElement* element = CreateElement(*fpDocument, name);
   bool isMade = element != nullptr;
   for (const auto& [attribute, value] : attributes) {
-    isMade = isMade && SetAttribute(*element, attribute, value.c_str());
+    isMade = isMade && IsWritableText(value) && SetAttribute(*element, attribute, value.c_str());
   }
   fbFailed = fbFailed || !isMade;
   return isMade ? element : nullptr;
@@ -288,7 +286,7 @@ void MCSegmentedDocument::Discard(std::size_t nDataFields, std::size_t nMiningFi
   fvDataFields.resize(nDataFields);
   fDataFieldNames.Truncate(nDataFields);
   fMiningFieldNames.Truncate(nMiningFields);
-  for (const Addition& addition : fvAdditions) addition.fpPiece->release();
+  for (const Addition& addition : fvAdditions) ReleasePiece(*addition.fpPiece);
   fvAdditions.clear();
   fvNewValues.clear();
   fbFailed = false;

@@ -30,12 +30,16 @@ public:
   const xercesc::DOMDocument& Document() const { return *fpDocument; }
 
   /// Takes over what is common to all files, and the first segment. To be called first and once.
-  /// Code 104 for a file that the document can't hold; it is then good for nothing but deletion.
+  /// Code 104 for a file or a split that the document can't hold; it is then good for nothing but
+  /// deletion.
   MCCommon::MCStatus FillCommonToMiningModel(const MCSplitModelFile& file,
                                              const std::vector<std::string>& splitValues);
 
-  /// Takes over what a further file has that is new, and its segment. Code 124 for a model of
-  /// another function, 104 for a file that the document can't hold, both without any change.
+  /// Code 124 for a model of another function than that of the first file.
+  MCCommon::MCStatus IsConsistentFunctionName(const MCSplitModelFile& file) const;
+
+  /// Takes over what a further file, of the same function, has that is new, and its segment. Code
+  /// 104 for a file or split values that the document can't hold, without any change.
   MCCommon::MCStatus MergeModelToMiningModel(const MCSplitModelFile& file,
                                              const std::vector<std::string>& splitValues);
 
@@ -57,7 +61,6 @@ private:
   };
 
   static xercesc::DOMDocument* CreateEmptyMiningModel();
-  MCCommon::MCStatus IsConsistentFunctionName(const MCSplitModelFile& file) const;
 
   // The first file.
   void FillRoot(xercesc::DOMElement& root, const MCSplitModelFile& file);

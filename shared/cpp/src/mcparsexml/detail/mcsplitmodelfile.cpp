@@ -66,9 +66,10 @@ MCStatus FindSplitModel(const DOMDocument& document, const std::vector<std::stri
   if (file.fpRoot == nullptr) return MissingItem();
   file.fpModel = FindStandardModel(*file.fpRoot, standardModels);
   if (file.fpModel == nullptr) return MissingItem();
-  const MCStatus status = GetFunctionNameAtt(*file.fpModel, file.fFunctionName);
-  if (!status.IsOK()) return status;
+  return GetFunctionNameAtt(*file.fpModel, file.fFunctionName);
+}
 
+MCStatus FindOtherPieces(MCSplitModelFile& file) {
   file.fpHeader = GetFirstChildElmt(*file.fpRoot, Word::kHeader);
   file.fpDictionary = GetFirstChildElmt(*file.fpRoot, Word::kDataDictionary);
   file.fpTransformations = GetFirstChildElmt(*file.fpRoot, Word::kTransformationDictionary);

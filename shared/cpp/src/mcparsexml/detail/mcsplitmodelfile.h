@@ -21,12 +21,15 @@ struct MCSplitModelFile {
   std::string fFunctionName;
 };
 
-/// Finds the pieces. `standardModels`: the tags of models; the first of them that the file has
-/// decides. Code 108 for a missing piece, 125 for a model that is a "MiningModel", 104 for a piece
-/// that is nested too deep to be written again.
+/// Finds root, model and its function. `standardModels`: the tags of models; the first of them that
+/// the file has decides. Code 108 for what is missing, 125 for a model that is a "MiningModel".
 MCCommon::MCStatus FindSplitModel(const xercesc::DOMDocument& document,
                                   const std::vector<std::string>& standardModels,
                                   MCSplitModelFile& file);
+
+/// Finds the other pieces of a file whose model is found. Code 108 for a missing one, 104 for one
+/// that is nested too deep to be written again, the model included.
+MCCommon::MCStatus FindOtherPieces(MCSplitModelFile& file);
 
 /// The text of an attribute; "" if it is absent.
 std::string AttributeText(const xercesc::DOMElement& element, const char* name);
