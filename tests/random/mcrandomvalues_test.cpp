@@ -146,6 +146,29 @@ TEST(MCRandomValues, RefusesMatricesThatCouldNotBeAllocated) {
   EXPECT_FALSE(values.SetParamNormal(Numbers(), invalid));
 }
 
+// Sums of k squares of n rows, k < n, have rank k though their elements are rounded: degrees of
+// freedom just above k - 1 serve, those below don't.
+TEST(MCRandomValues, TakesSingularMatricesThatAreRounded) {
+  MCRandomValues numbers;
+  numbers.SetSeed(50);
+  MCRandomValues values;
+  for (int i = 0; i < 600; ++i) {
+    const int n = 3 + i % 30;
+    const int k = 1 + i % 7 % (n - 1);
+    MCSymMatrix scale(n);
+    for (int q = 0; q < k; ++q) {
+      Numbers row;
+      for (int j = 0; j < n; ++j) row.push_back(numbers.RVSNor());
+      scale.UpdateXX(row, 1.0);
+    }
+    for (const double tol : {0.0, 1e-12, 1e-8}) {
+      ASSERT_TRUE(values.SetTolerance(tol));
+      EXPECT_TRUE(values.SetParamWishart(k - 0.5, scale)) << n << ' ' << k << ' ' << tol;
+      EXPECT_FALSE(values.SetParamWishart(k - 1.5, scale)) << n << ' ' << k << ' ' << tol;
+    }
+  }
+}
+
 TEST(MCRandomValues, JudgesDegreesOfFreedomByTheRankOfTheScale) {
   MCRandomValues values;
   EXPECT_FALSE(values.SetParamWishart(2.0 - 1e-9, kScale));

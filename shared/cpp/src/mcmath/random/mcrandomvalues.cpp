@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/random/mcrandomvalues.h"
 
-#include "mcmath/mcbitset.h"
+#include "mcmath/linpack.h"
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
 #include "mcmath/random/detail/variates.h"
@@ -33,33 +33,66 @@ double Between(double low, double high, double u) {
   return low * (1.0 - u) + high * u;
 }
 
-// Whether all that a factorisation left of a matrix is small, `rest` being the matrix less what the
-// factors make. Of a positive semidefinite matrix the rows given up leave at most a share of tol on
-// the diagonal, so beside it at most a share of its root.
-bool IsSmall(const MCSymMatrix& rest, const std::vector<double>& diagonal, double tol) {
-  const int n = rest.GetNRows();
-  const double share = std::max(tol, 4.0 * n * std::numeric_limits<double>::epsilon());
-  for (int i = 0; i < n; ++i) {
-    const double root = std::sqrt(diagonal[static_cast<std::size_t>(i)]);
-    if (!(std::fabs(rest.GetElem(i, i)) <= share * root * root)) return false;
-    for (int j = 0; j < i; ++j) {
-      const double bound =
-          std::sqrt(share) * root * std::sqrt(diagonal[static_cast<std::size_t>(j)]);
-      if (!(std::fabs(rest.GetElem(i, j)) <= bound)) return false;
-    }
+// Roots of the diagonal, NaN of what is negative.
+std::vector<double> Deviations(const MCSymMatrix& S) {
+  std::vector<double> deviations;
+  for (int i = 0; i < S.GetNRows(); ++i) deviations.push_back(std::sqrt(S.GetElem(i, i)));
+  return deviations;
+}
+
+// An element of a covariance matrix made free of scale: so products of deviations, which may leave
+// the range of doubles, aren't formed. Infinite for a covariance beside a variance of 0.
+double Correlation(const MCSymMatrix& S, const std::vector<double>& deviations, int i, int j) {
+  const double covariance = S.GetElem(i, j);
+  if (covariance == 0.0) return 0.0;
+  if (i == j) return 1.0;
+  return covariance / deviations[static_cast<std::size_t>(i)] /
+         deviations[static_cast<std::size_t>(j)];
+}
+
+// All of them, column by column.
+std::vector<double> Correlations(const MCSymMatrix& S, const std::vector<double>& deviations) {
+  const int n = S.GetNRows();
+  std::vector<double> correlations;
+  correlations.reserve(deviations.size() * deviations.size());
+  for (int j = 0; j < n; ++j) {
+    for (int i = 0; i < n; ++i) correlations.push_back(Correlation(S, deviations, i, j));
+  }
+  return correlations;
+}
+
+// L with L L' equal to the correlations but for the share that rows may leave, of as many columns
+// as the rank. Whichever row has most left is next: in the order of the rows, one that depends on
+// those before it but for little would magnify the rounding of all behind it.
+bool FactorCorrelations(std::vector<double> correlations, int n, double share, MCRectMatrix& L) {
+  std::vector<double> work(static_cast<std::size_t>(n));
+  std::vector<int> order(work.size());
+  int nRows = 0;
+  Linpack::Dchdc(correlations.data(), n, n, work.data(), order.data(), 1, &nRows);
+  const auto root = [&correlations, &work](int i, int j) {
+    return correlations[static_cast<std::size_t>(j) * work.size() + static_cast<std::size_t>(i)];
+  };
+  int rank = 0;
+  while (rank < nRows && root(rank, rank) * root(rank, rank) > share) ++rank;
+  if (!L.SetNRowsCols(n, rank)) return false;
+  for (int j = 0; j < n; ++j) {
+    const int row = order[static_cast<std::size_t>(j)] - 1;
+    for (int i = 0; i < std::min(rank, j + 1); ++i) L.SetElem(row, i, root(i, j));
   }
   return true;
 }
 
-// The columns of a Cholesky factor that belong to the rows kept.
-bool TakeColumns(const MCSymMatrix& factor, const MCBitSet& kept, MCRectMatrix& columns) {
-  const int n = factor.GetNRows();
-  if (!columns.SetNRowsCols(n, kept.InSet())) return false;
-  int column = 0;
-  for (int j = 0; j < n; ++j) {
-    if (!kept.IsIn(j)) continue;
-    for (int i = j; i < n; ++i) columns.SetElem(i, column, factor.GetElem(i, j));
-    ++column;
+// Whether L L' is equal to the correlations but for a share: of a positive semidefinite matrix the
+// rows given up leave no more than that anywhere.
+bool IsFactor(const MCSymMatrix& S, const std::vector<double>& deviations, double share,
+              const MCRectMatrix& L) {
+  MCSymMatrix product;
+  if (!product.ComputeRByRTrans(L)) return false;
+  for (int i = 0; i < S.GetNRows(); ++i) {
+    for (int j = 0; j <= i; ++j) {
+      const double rest = Correlation(S, deviations, i, j) - product.GetElem(i, j);
+      if (!(std::fabs(rest) <= share)) return false;
+    }
   }
   return true;
 }
@@ -67,15 +100,19 @@ bool TakeColumns(const MCSymMatrix& factor, const MCBitSet& kept, MCRectMatrix& 
 // L with L L' = S, of as many columns as S has rank. False if S has no row, or isn't finite or
 // positive semidefinite, or if there is no memory for matrices.
 bool FactorSemidefinite(const MCSymMatrix& S, double tol, MCRectMatrix& L) {
-  MCSymMatrix factor(S);
-  if (factor.GetNRows() < 1 || !AreFinite(factor.AsVector())) return false;
-  std::vector<double> diagonal(static_cast<std::size_t>(S.GetNRows()));
-  for (int i = 0; i < S.GetNRows(); ++i) diagonal[static_cast<std::size_t>(i)] = S.GetElem(i, i);
-  MCBitSet kept(0);
-  if (factor.LTChol(diagonal, tol, kept, true) < 0) return false;
-  if (!TakeColumns(factor, kept, L)) return false;
-  MCSymMatrix rest;
-  return rest.ComputeRByRTrans(L) && rest.ComputeAXpY(-1.0, S) && IsSmall(rest, diagonal, tol);
+  constexpr double kRounding = 16.0 * std::numeric_limits<double>::epsilon();
+  const int n = S.GetNRows();
+  if (n < 1) return false;
+  const std::vector<double> deviations = Deviations(S);
+  const double share = std::max(tol, kRounding * n);
+  if (!AreFinite(deviations)) return false;
+  if (!FactorCorrelations(Correlations(S, deviations), n, share, L)) return false;
+  if (!IsFactor(S, deviations, share, L)) return false;
+  for (int i = 0; i < n; ++i) {
+    const double deviation = deviations[static_cast<std::size_t>(i)];
+    for (int j = 0; j < L.GetNCols(); ++j) L.SetElem(i, j, deviation * L.GetElem(i, j));
+  }
+  return true;
 }
 
 bool IsIdentity(const MCSymMatrix& S) {
@@ -202,7 +239,7 @@ bool MCRandomValues::GetRandom(std::vector<double>& values) {
   for (int j = 0; j < factor.GetNCols(); ++j) {
     const double x = detail::StandardNormal(uniform);
     if (std::isnan(x)) return false;
-    for (int i = j; i < factor.GetNRows(); ++i) {
+    for (int i = 0; i < factor.GetNRows(); ++i) {
       draw[static_cast<std::size_t>(i)] += factor.GetElem(i, j) * x;
     }
   }

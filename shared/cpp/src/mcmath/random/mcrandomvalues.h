@@ -55,9 +55,10 @@ public:
   /// which the matrices are of that rank.
   bool SetParamWishart(double degreesOfFreedom, const MCSymMatrix& scale);
 
-  /// Tolerance of the Cholesky factorisation of matrices that are set from now on: row i is taken
-  /// for a combination of those before it unless more than tol times its diagonal element is left
-  /// of that. What is left of the others then must be as small, else the matrix isn't positive
+  /// Tolerance of the Cholesky factorisation of matrices that are set from now on. The row of which
+  /// those before it leave most, as a share of its diagonal element, is next; when that is tol or
+  /// less, or 16 n times the unit of doubles, 2.2e-16, the rows not taken are combinations of the
+  /// others. What is left of them then must be as small everywhere, else the matrix isn't positive
   /// semidefinite and is refused. False, with nothing changed, unless 0 <= tol < 1; default 1e-12.
   bool SetTolerance(double tol);
   double GetTolerance() const { return fTolerance; }
