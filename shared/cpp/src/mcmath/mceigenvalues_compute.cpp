@@ -53,9 +53,10 @@ std::vector<int> RowExponents(const MCSymMatrix& E) {
   std::vector<double> diagonal;
   E.GetDiagonal(diagonal);
   if (std::all_of(diagonal.begin(), diagonal.end(), IsSafe)) return {};
-  std::vector<int> exponents;
+  std::vector<int> exponents(diagonal.size());
   // A zero gets the exponent of the least double: what stands beside it mustn't vanish.
-  for (const double x : diagonal) exponents.push_back(std::clamp(std::ilogb(x), -1074, 1023) / 2);
+  std::transform(diagonal.begin(), diagonal.end(), exponents.begin(),
+                 [](double x) { return std::clamp(std::ilogb(x), -1074, 1023) / 2; });
   return exponents;
 }
 
