@@ -17,9 +17,9 @@ namespace MCCommonMath {
 ///
 /// Each tail is computed directly, never as one minus the other where that would cost digits: an
 /// upper tail of 1e-300 has the same relative accuracy as a lower one. Results below exp(-708) =
-/// 3.3e-308 are 0.0. The errors are measured in docs/accuracy.md: some units of 2^-52 over the
-/// whole range of tails and for parameters up to 1e15. The inverses solve for the smaller of both
-/// tails to 1e-13 of the result.
+/// 3.3e-308 are 0.0; positive parameters of gamma and beta below 1e-300 count as that. The errors
+/// are measured in docs/accuracy.md: some units of 2^-52 over the whole range of tails and for
+/// parameters up to 1e15. The inverses solve for the smaller of both tails to 1e-13 of the result.
 ///
 ///   double p = MCDistFun::SigT(estimate / standardError, df);      // two-sided
 ///   double h = MCDistFun::IdfT(0.975, df) * standardError;         // half a 95% interval

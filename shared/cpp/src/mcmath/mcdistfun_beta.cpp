@@ -24,9 +24,9 @@ bool IsParameter(double a) {
 // From here on t and the normal variate agree to the last digit wherever their tails are doubles.
 constexpr double kNormalDf = 1e25;
 
-// Squares and products within these bounds, and their sums, stay far from both ends of doubles.
-constexpr double kTiny = 1e-140;
-constexpr double kHuge = 1e140;
+// Products within these bounds, their sums and quotients, stay far from both ends of doubles.
+constexpr double kTiny = 1e-90;
+constexpr double kHuge = 1e90;
 
 bool IsModerate(double x) {
   return x > kTiny && x < kHuge;
@@ -50,12 +50,12 @@ BothTails BetaTailsOfOdds(double a, double b, double above1, double above2, doub
   const DoubleDouble logOdds = detail::Log(above1) + detail::Log(above2) - detail::Log(below);
   constexpr double kNearEnd = 230.0;
   if (logOdds.fHigh > kNearEnd) {
-    const double upper = detail::IncompleteBetaNearZero(b, a, -logOdds);
-    return {1.0 - upper, upper};
+    const detail::Tails swapped = detail::IncompleteBetaNearZero(b, a, -logOdds);
+    return {swapped.fUpper, swapped.fLower};
   }
   if (logOdds.fHigh < -kNearEnd) {
-    const double lower = detail::IncompleteBetaNearZero(a, b, logOdds);
-    return {lower, 1.0 - lower};
+    const detail::Tails tails = detail::IncompleteBetaNearZero(a, b, logOdds);
+    return {tails.fLower, tails.fUpper};
   }
   const DoubleDouble odds(detail::Exp(logOdds));
   const DoubleDouble y = DoubleDouble(1.0) / (odds + 1.0);
@@ -84,6 +84,14 @@ bool TailsOfF(double f, double d1, double d2, BothTails& tails) {
     tails = BetaTailsOfOdds(d1 / 2.0, d2 / 2.0, d1, f, d2);
   }
   return true;
+}
+
+// x a / b, where the quotient may be no normal double.
+double TimesQuotient(double x, double a, double b) {
+  const double quotient = a / b;
+  if (std::isnormal(quotient)) return x * quotient;
+  const double root = std::sqrt(a) / std::sqrt(b);
+  return x * root * root;
 }
 
 double TQuantile(double p, double df) {
@@ -175,7 +183,7 @@ double MCDistFun::veskidff(const double& p, const double& d1, const double& d2, 
   if (!(p >= 0.0 && p < 1.0) || !IsParameter(d1) || !IsParameter(d2)) return Refuse(error);
   if (p == 0.0) return 0.0;
   const double odds = detail::BetaQuantileOdds(d1 / 2.0, d2 / 2.0, p, 1.0 - p, 0.0);
-  return odds * (d2 / d1);
+  return odds == 0.0 || std::isinf(odds) ? odds : TimesQuotient(odds, d2, d1);
 }
 
 double MCDistFun::IdfF(double p, double d1, double d2) {

@@ -65,8 +65,9 @@ double SumOfTerms(double k, double n, double p) {
 // P(K <= k) for whole 0 <= k < n and 0 < p < 1.
 double LowerTail(double k, double n, double p) {
   constexpr double kLongSum = 100.0;
+  constexpr double kMostExact = 0x1p53;  // beyond it counts are no longer one apart
   if (k == 0.0) return detail::BinomialTerm(0.0, n, p);
-  if (n * p * (1.0 - p) <= kLongSum) return SumOfTerms(k, n, p);
+  if (n * p * (1.0 - p) <= kLongSum && n <= kMostExact) return SumOfTerms(k, n, p);
   return detail::IncompleteBeta(n - k, k + 1.0, detail::ExactSum(1.0, -p), p).fLower;
 }
 

@@ -8,7 +8,9 @@
 #include "mcmath/mcdistfun.h"
 #include "regression/frame/mcmv.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace MCCommonMath {
 
@@ -19,9 +21,11 @@ using detail::Refuse;
 
 // Normal approximation to P(a, x) of Peizer and Pratt, for a >= 1/2.
 double PeizerPratt(double x, double a) {
+  constexpr double kNothing = 0x1p-60;
   const double q = (a - 0.5) / x;
+  if (q > 2.0) return 0.0;  // a is large here
   double s = std::sqrt(1.0 / x);
-  if (q == 0.0) {
+  if (q <= kNothing) {
     s = std::sqrt(2.0 / x);
   } else if (q != 1.0) {
     // q ln q + 1 - q is a deviance, which doesn't cancel for q near 1.
@@ -61,7 +65,9 @@ double Exponential(double x, bool upper) {
 
 double ChiSquareTail(double x, double df, bool upper) {
   long error = 0;
-  return MCDistFun::gammad(x / 2.0, df / 2.0, upper, error);
+  // The least double has no half.
+  const double a = df > 0.0 ? std::max(df / 2.0, std::numeric_limits<double>::min()) : df;
+  return MCDistFun::gammad(x / 2.0, a, upper, error);
 }
 
 double ChiSquareQuantile(double p, double df, double start, long& error) {
@@ -100,7 +106,9 @@ double MCDistFun::dnlbnc(const double& n, const double& k, long& error) {
   if (!(k >= 0.0 && k <= n) || !std::isfinite(n)) return Refuse(error);
   const double rest = n - k;
   if (k == 0.0 || rest == 0.0) return 0.0;
-  const double main = -k * std::log(k / n) - rest * std::log1p(-k / n);
+  const double share = k / n;
+  const double logShare = std::isnormal(share) ? std::log(share) : std::log(k) - std::log(n);
+  const double main = -k * logShare - rest * std::log1p(-share);
   return main + (FactorialRest(n) - FactorialRest(k) - FactorialRest(rest));
 }
 

@@ -37,7 +37,10 @@ double MCDistFun::CdfStdNorm(double x) {
 }
 
 double MCDistFun::CdfNorm(double x, double mean, double sd) {
-  return IsNormal(mean, sd) ? prbnrm((x - mean) / sd) : MCMV::gMissingValue;
+  if (!IsNormal(mean, sd)) return MCMV::gMissingValue;
+  const double difference = x - mean;
+  const bool isOverflow = std::isinf(difference) && !std::isinf(x);
+  return prbnrm(isOverflow ? x / sd - mean / sd : difference / sd);
 }
 
 double MCDistFun::IdfStdNorm(double p) {

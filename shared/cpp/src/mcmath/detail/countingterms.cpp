@@ -33,15 +33,22 @@ PoissonTerm operator*(const PoissonTerm& a, const PoissonTerm& b) {
   return {a.fSquare * b.fSquare, a.fExponent + b.fExponent};
 }
 
+// base^n, whose logarithm may be below all doubles.
+double Power(const DoubleDouble& base, double n) {
+  constexpr double kMachineMinExp = -708.0;
+  const DoubleDouble logarithm = Log(base);
+  return logarithm.fHigh * n < kMachineMinExp ? 0.0 : Exp(logarithm * n);
+}
+
 }  // namespace
 
 double BinomialTerm(double k, double n, double p) {
   const DoubleDouble q = ExactSum(1.0, -p);
-  if (k == 0.0) return Exp(Log(q) * n);
-  if (k == n) return Exp(Log(p) * n);
+  if (k == 0.0) return Power(q, n);
+  if (k == n) return Power(p, n);
   const double rest = n - k;
   const double correction = StirlingRemainder(n) - StirlingRemainder(k) - StirlingRemainder(rest);
-  return ScaledExp{std::sqrt(n / (k2Pi * k * rest)),
+  return ScaledExp{std::sqrt(n / rest / k / k2Pi),
                    Deviance(k, ExactProduct(n, p)) + Deviance(rest, q * n) + correction}
       .Value();
 }

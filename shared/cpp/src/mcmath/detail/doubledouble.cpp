@@ -128,6 +128,7 @@ double PowerOfTwo(int k) {
 }  // namespace
 
 DoubleDouble Log(const DoubleDouble& x) {
+  if (x.fHigh == 0.0) return -std::numeric_limits<double>::infinity();
   if (x.fHigh < std::numeric_limits<double>::min()) {
     return Log({x.fHigh * 0x1p64, 0.0}) - Log(0x1p64);
   }

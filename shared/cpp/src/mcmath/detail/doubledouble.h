@@ -84,7 +84,8 @@ inline DoubleDouble operator/(const DoubleDouble& a, double b) {
   return QuickSum(first, (std::fma(-first, b, a.fHigh) + a.fLow) / b);
 }
 
-/// ln(x) for x > 0, with an error below 2^-75, and below 2^-67 of the result.
+/// ln(x) for finite x >= 0, with an error below 2^-74, and below 2^-67 of the result; -infinity for
+/// 0.
 DoubleDouble Log(const DoubleDouble& x);
 
 /// ln(1 + x) - x for |x.fHigh| <= 2^-5, with a relative error of some 2^-64.

@@ -6,8 +6,10 @@
 // x^a y^b / B(a, b) is made of three densities of gamma variates.
 #include "mcmath/detail/incompletebeta.h"
 
+#include "mcmath/detail/incompletegamma.h"
 #include "mcmath/detail/loggamma.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -17,6 +19,7 @@ namespace detail {
 namespace {
 
 constexpr double kTolerance = 1e-17;
+constexpr double kReciprocal2Pi = 0.15915494309189535;
 
 // From here on ab/(a + b) is large.
 constexpr double kUniformFrom = 20.0;
@@ -41,19 +44,29 @@ double BetaCorrection(double a, double b) {
   return StirlingRemainder(a + b) - StirlingRemainder(a) - StirlingRemainder(b);
 }
 
+// That of the product of n and x, where it may underflow, but not its logarithm.
+ScaledExp DensityOfProduct(double a, const DoubleDouble& n, const DoubleDouble& x) {
+  constexpr double kTiny = 1e-280;
+  const DoubleDouble product = n * x;
+  if (a >= 1.0 || product.fHigh >= kTiny) return GammaDensity(a, product);
+  return {a * ReciprocalGamma1p(a), (Log(n) + Log(x)) * a};
+}
+
+// A beta density from those of its three gamma variates.
+ScaledExp Combined(const ScaledExp& first, const ScaledExp& second, const ScaledExp& both) {
+  return {first.fFactor * (second.fFactor / both.fFactor),
+          first.fExponent + second.fExponent - both.fExponent};
+}
+
 // x^a y^b / B(a, b).
 ScaledExp BetaDensity(const BetaPoint& p) {
-  constexpr double kReciprocal2Pi = 0.15915494309189535;
   if (p.fA >= 1.0) {
     const double harmonic = p.fA * (p.fB / (p.fA + p.fB));
     return {std::sqrt(harmonic * kReciprocal2Pi), BetaDeviance(p) + BetaCorrection(p.fA, p.fB)};
   }
   const DoubleDouble n = ExactSum(p.fA, p.fB);
-  const ScaledExp first = GammaDensity(p.fA, n * p.fX);
-  const ScaledExp second = GammaDensity(p.fB, n * p.fY);
-  const ScaledExp both = GammaDensity(n.fHigh, n.fHigh);
-  return {first.fFactor * second.fFactor / both.fFactor,
-          first.fExponent + second.fExponent - both.fExponent};
+  return Combined(DensityOfProduct(p.fA, n, p.fX), DensityOfProduct(p.fB, n, p.fY),
+                  GammaDensity(n.fHigh, n.fHigh));
 }
 
 // I_x(a, b) a / density: 1 + (a+b)/(a+1) x + (a+b)(a+b+1)/((a+1)(a+2)) x^2 + ...
@@ -70,7 +83,7 @@ double LowerSeries(double a, double b, double x) {
 // I_x(a, b) over its density by a continued fraction, as a sum, for x below the mean.
 double LowerFraction(double a, double b, double x, double y) {
   const double distance = a * y - b * x;
-  double before = a * (distance + 1.0) / (a + 1.0);
+  double before = a / (a + 1.0) * (distance + 1.0);
   double ratio = 0.0;
   double term = 1.0;
   double sum = 0.0;
@@ -78,8 +91,8 @@ double LowerFraction(double a, double b, double x, double y) {
   for (double m = 1.0; std::fabs(term) > kTolerance; m += 1.0) {
     const double odd = a + 2.0 * m - 1.0;
     const double w = m * (b - m) * x / odd;
-    const double above = (a + m - 1.0) * (a + b + m - 1.0) * x / odd * w;
-    const double below = m + w + (a + m) * (distance + 1.0 + m * (1.0 + y)) / (odd + 2.0);
+    const double above = (a + m - 1.0) / odd * ((a + b + m - 1.0) * x) * w;
+    const double below = m + w + (a + m) / (odd + 2.0) * (distance + 1.0 + m * (1.0 + y));
     const double product = above * (1.0 + ratio);
     ratio = -product / (below * before + product);
     term *= ratio;
@@ -110,11 +123,11 @@ void UniformCoefficients(double p, double q, std::size_t terms, double (&f)[kUni
 }
 
 Tails FromLower(double lower, double slope) {
-  return {lower, 1.0 - lower, slope};
+  return {std::min(1.0, lower), std::max(0.0, 1.0 - lower), slope};
 }
 
 Tails FromUpper(double upper, double slope) {
-  return {1.0 - upper, upper, slope};
+  return {std::max(0.0, 1.0 - upper), std::min(1.0, upper), slope};
 }
 
 Tails OfUpperSide(const BetaPoint& p, double slope) {
@@ -149,7 +162,14 @@ Tails OfSmallParameter(const BetaPoint& p, double pivot, double slope) {
   }
   // 1 / B(a, b) times the power of the pivot.
   const double factor = slope / power * std::exp(-p.fB * std::log1p(-x));
-  return {lower, beyond + factor * between, slope};
+  return {std::min(1.0, lower), std::max(0.0, beyond + factor * between), slope};
+}
+
+// ln(a/n), where the quotient may underflow.
+DoubleDouble LogShare(double a, const DoubleDouble& n) {
+  constexpr double kTiny = 1e-280;
+  const DoubleDouble share = DoubleDouble(a) / n;
+  return share.fHigh >= kTiny ? Log(share) : Log(a) - Log(n);
 }
 
 // For large a and b not too far from the mean; false elsewhere.
@@ -174,6 +194,8 @@ Tails OfOrdered(const BetaPoint& p) {
   const double b = p.fB;
   const double x = p.fX.fHigh;
   const double slope = BetaDensity(p).Value();
+  // Without a density the sums below would end too late.
+  if (slope == 0.0) return b * x > a * p.fY.fHigh ? FromUpper(0.0, 0.0) : FromLower(0.0, 0.0);
   if (a >= 1.0) {
     if (b * x > a * p.fY.fHigh) return OfUpperSide(p, slope);
     return FromLower(slope / a * LowerSeries(a, b, x), slope);
@@ -182,22 +204,42 @@ Tails OfOrdered(const BetaPoint& p) {
   return x > pivot ? OfUpperSide(p, slope) : OfSmallParameter(p, pivot, slope);
 }
 
+// x^a / (a B(a, b)): the density at the mean, with its powers of x and y taken off again.
+double FirstTerm(double a, double b, const DoubleDouble& logX) {
+  const double smaller = std::min(a, b);
+  const double larger = std::max(a, b);
+  const DoubleDouble n = ExactSum(a, b);
+  ScaledExp value = smaller >= 1.0
+                        ? ScaledExp{std::sqrt(smaller * (larger / n.fHigh) * kReciprocal2Pi),
+                                    BetaCorrection(smaller, larger)}
+                        : Combined(GammaDensity(smaller, smaller), GammaDensity(larger, larger),
+                                   GammaDensity(n.fHigh, n.fHigh));
+  value.fFactor /= a;
+  value.fExponent = value.fExponent + (logX - LogShare(a, n)) * a - LogShare(b, n) * b;
+  return value.Value();
+}
+
 }  // namespace
 
 Tails IncompleteBeta(double a, double b, const DoubleDouble& x, const DoubleDouble& y) {
-  if (a <= b) return OfOrdered({a, b, x, y});
-  const Tails swapped = OfOrdered({b, a, y, x});
+  // Where a + b would overflow, both tails are those of a quarter of each.
+  constexpr double kMost = 4e307;
+  const double scale = std::max(a, b) > kMost ? 0.25 : 1.0;
+  const double first = std::max(a * scale, kLeastParameter);
+  const double second = std::max(b * scale, kLeastParameter);
+  if (first <= second) return OfOrdered({first, second, x, y});
+  const Tails swapped = OfOrdered({second, first, y, x});
   return {swapped.fUpper, swapped.fLower, swapped.fSlope};
 }
 
-double IncompleteBetaNearZero(double a, double b, const DoubleDouble& logX) {
-  // The density at the mean, with its powers of x and y taken off again.
-  const DoubleDouble n = ExactSum(a, b);
-  const BetaPoint mean{a, b, DoubleDouble(a) / n, DoubleDouble(b) / n};
-  ScaledExp value = a <= b ? BetaDensity(mean) : BetaDensity({b, a, mean.fY, mean.fX});
-  value.fFactor /= a;
-  value.fExponent = value.fExponent + (logX - Log(mean.fX)) * a - Log(mean.fY) * b;
-  return value.Value();
+Tails IncompleteBetaNearZero(double first, double second, const DoubleDouble& logX) {
+  constexpr double kNothing = -45.0;
+  const double a = std::max(first, kLeastParameter);
+  const double b = std::max(second, kLeastParameter);
+  const DoubleDouble logMean = logX + Log(b);
+  if (logMean.fHigh - std::log(a + 1.0) > kNothing) return IncompleteGamma(a, Exp(logMean));
+  constexpr double kMost = 1e300;  // beyond it the exponent overflows
+  return FromLower(a > kMost ? 0.0 : FirstTerm(a, b, logX), 0.0);
 }
 
 }  // namespace detail

@@ -11,6 +11,7 @@
 #include "mcmath/detail/loggamma.h"
 #include "mcmath/detail/uniformtails.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace MCCommonMath {
@@ -124,14 +125,15 @@ double UpperOfSmall(double a, double x) {
 
 }  // namespace
 
-Tails IncompleteGamma(double a, double x) {
+Tails IncompleteGamma(double parameter, double x) {
+  const double a = std::max(parameter, kLeastParameter);
   if (a >= kUniformFrom && x > 0.31 * a && x < 2.35 * a) {
     return UniformPoint(a, Deviance(a, x), x > a)
         .TailsFor(kUniform, std::exp(-StirlingRemainder(a)));
   }
   const double slope = GammaDensity(a, x).Value();
   if (x <= a || x <= kSmall) {
-    const double lower = slope / a * LowerSeries(a, x);
+    const double lower = std::min(1.0, slope / a * LowerSeries(a, x));
     return {lower, a <= 1.0 && x <= kSmall ? UpperOfSmall(a, x) : 1.0 - lower, slope};
   }
   const double upper = slope * UpperFraction(a, x);

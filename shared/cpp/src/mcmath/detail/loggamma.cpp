@@ -152,11 +152,12 @@ double ScaledExp::Value() const {
 DoubleDouble Deviance(double a, const DoubleDouble& m) {
   constexpr double kNear = 0x1p-5;
   constexpr double kNothing = -1e6;  // far below what exp reaches, as a > 1
+  constexpr double kOverflow = 1e300;
   const DoubleDouble difference = m - a;
   if (difference.fHigh == 0.0) return 0.0;
   if (std::fabs(difference.fHigh) <= kNear * a) return Log1pMinus(difference / a) * a;
   const DoubleDouble ratio = m / a;
-  if (ratio.fHigh == 0.0) return kNothing;
+  if (ratio.fHigh == 0.0 || a > kOverflow) return kNothing;
   return Log(ratio) * a - difference;
 }
 

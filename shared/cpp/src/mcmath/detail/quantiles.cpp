@@ -11,6 +11,7 @@
 #include "mcmath/detail/incompletebeta.h"
 #include "mcmath/detail/incompletegamma.h"
 #include "mcmath/detail/loggamma.h"
+#include "mcmath/detail/uniformtails.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,18 +39,28 @@ public:
     }
   }
 
-  // `proposed` if it lies inside, otherwise the middle in logarithms.
-  double Inside(double proposed) const {
+  // `proposed` if it lies inside, otherwise the middle in logarithms. Towards an end that no point
+  // has bounded yet the steps grow; they end at 0 or infinity.
+  double Inside(double proposed) {
     if (proposed > fLow && proposed < fHigh) return proposed;
-    if (fHigh == kInfinity) return fLow * kFactor;
-    return fLow > 0.0 ? std::sqrt(fLow) * std::sqrt(fHigh) : fHigh / kFactor;
+    if (fLow > 0.0 && fHigh < kInfinity) return std::sqrt(fLow) * std::sqrt(fHigh);
+    const double factor = fFactor;
+    fFactor *= fFactor;
+    if (fHigh == kInfinity) {
+      const double next = std::min(fLow * factor, std::sqrt(fLow) * std::sqrt(kMost));
+      return next > fLow ? next : kInfinity;
+    }
+    const double next = std::max(fHigh / factor, std::sqrt(fHigh) * std::sqrt(kLeast));
+    return next < fHigh ? next : 0.0;
   }
 
 private:
-  static constexpr double kFactor = 64.0;
+  static constexpr double kLeast = std::numeric_limits<double>::denorm_min();
+  static constexpr double kMost = std::numeric_limits<double>::max();
 
   double fLow = 0.0;
   double fHigh = kInfinity;
+  double fFactor = 64.0;
 };
 
 // A tail, its derivative by the variable u in which it is solved for, and that of the logarithm of
@@ -96,6 +107,7 @@ double GammaSeriesStart(double a, double logLower) {
 double GammaStart(double a, double lower, double upper) {
   const bool isLower = lower <= upper;
   const double series = GammaSeriesStart(a, isLower ? std::log(lower) : std::log1p(-upper));
+  if (series == kInfinity) return a;  // ln gamma(a+1) overflows: all of the tail's width is at a
   if (series < 0.1 || a < 0.1) {
     if (isLower || series < 0.1) return series;
     return std::max(0.1, -std::log(upper / a));
@@ -123,7 +135,8 @@ double BetaStartOdds(double a, double b, double lower) {
   const double w =
       z * std::sqrt(std::max(0.0, h + r)) / h - (t - s) * (r + 5.0 / 6.0 - 2.0 / (3.0 * h));
   const double cubic = a / b * std::exp(-2.0 * w);
-  return series < kInfinity ? std::max(series, cubic) : cubic;
+  const double best = series < kInfinity ? std::max(series, cubic) : cubic;
+  return std::isnan(best) ? a / b : best;
 }
 
 // For a lower tail of at most 1/2.
@@ -151,8 +164,10 @@ double GammaQuantile(double a, double lower, double upper, double start) {
 }
 
 double BetaQuantileOdds(double a, double b, double lower, double upper, double start) {
-  return lower <= upper ? LowerBetaOdds(a, b, lower, start)
-                        : 1.0 / LowerBetaOdds(b, a, upper, 1.0 / start);
+  const double first = std::max(a, kLeastParameter);
+  const double second = std::max(b, kLeastParameter);
+  return lower <= upper ? LowerBetaOdds(first, second, lower, start)
+                        : 1.0 / LowerBetaOdds(second, first, upper, 1.0 / start);
 }
 
 }  // namespace detail

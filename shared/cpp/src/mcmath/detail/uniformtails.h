@@ -16,6 +16,10 @@ struct Tails {
   double fSlope;
 };
 
+/// The least parameter that the incomplete ratios tell from smaller ones: their density, which is
+/// proportional to it, keeps all its digits.
+constexpr double kLeastParameter = 1e-300;
+
 /// The most terms that the series below are asked for.
 constexpr std::size_t kUniformTerms = 46;
 
