@@ -166,7 +166,8 @@ public:
   /// confidence 1 - 2 P(K < r), K binomial (n, 1/2), is at least level (H. A. David, H. N.
   /// Nagaraja, Order Statistics, 3rd ed., 2003, section 7.1). Method 2: interpolated between that
   /// interval and the next narrower one, so that the confidence is about level, which is the answer
-  /// (T. P. Hettmansperger, S. J. Sheather, Statistics and Probability Letters 4 (1986), 75-79).
+  /// (T. P. Hettmansperger, S. J. Sheather, Statistics and Probability Letters 4 (1986), 75-79); as
+  /// method 1 where there is no narrower one.
   /// The missing value, lower and upper unchanged, for another method or level, an unsorted list
   /// or a NaN in it, and where even the whole range has less confidence than level.
   static double Mednci(long method, double level, const std::vector<double>& values, double& lower,

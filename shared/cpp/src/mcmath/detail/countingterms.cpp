@@ -48,9 +48,10 @@ double BinomialTerm(double k, double n, double p) {
   if (k == n) return Power(p, n);
   const double rest = n - k;
   const double correction = StirlingRemainder(n) - StirlingRemainder(k) - StirlingRemainder(rest);
-  return ScaledExp{std::sqrt(n / rest / k / k2Pi),
-                   Deviance(k, ExactProduct(n, p)) + Deviance(rest, q * n) + correction}
-      .Value();
+  const DoubleDouble exponent =
+      Deviance(k, ExactProduct(n, p)) + Deviance(rest, q * n) + correction;
+  const ScaledExp term{std::sqrt(n / rest / k / k2Pi), exponent};
+  return term.Value();
 }
 
 double HypergeometricTerm(double k, const Urn& urn) {
@@ -64,9 +65,9 @@ double HypergeometricTerm(double k, const Urn& urn) {
   const PoissonTerm margins = Term(urn.fMarked, urn.fMarked) * Term(plain, plain) *
                               Term(urn.fDrawn, urn.fDrawn) * Term(rest, rest);
   const PoissonTerm all = Term(urn.fAll, urn.fAll);
-  return ScaledExp{std::sqrt(margins.fSquare / (cells.fSquare * all.fSquare)),
-                   cells.fExponent + all.fExponent - margins.fExponent}
-      .Value();
+  const ScaledExp term{std::sqrt(margins.fSquare / (cells.fSquare * all.fSquare)),
+                       cells.fExponent + all.fExponent - margins.fExponent};
+  return term.Value();
 }
 
 }  // namespace detail
