@@ -65,7 +65,8 @@ time run "$mcfit" generate linear "$scratch/deliveries-linear.csv" "${deliveries
     region=South * service=freight=-0.5, distance=0.03, distance^2=-0.00001, load=0.5'
 
 echo
-echo "== Read as a stream and fitted: the estimates find them again"
+echo "== Read as a stream and fitted: the estimates find them again. Their errors are those of"
+echo "   independent cases; here the parcels of a row share its hours, so they are too small"
 time run "$mcfit" linear "$scratch/deliveries-linear.csv" --dependent hours --factors region,service \
   --covariates distance,load --freq parcels \
   --effects 'region, service, region*service, distance, distance^2, load'
