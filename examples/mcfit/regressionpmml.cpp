@@ -193,7 +193,7 @@ private:
 
 void CheckPmmlDesign(const ModelDesign& design) {
   if (design.effects.empty()) {
-    throw InputError("--pmml: PMML 3.2 can't tell a model of the intercept alone");
+    throw InputError("PMML 3.2 can't tell a model of the intercept alone");
   }
 }
 

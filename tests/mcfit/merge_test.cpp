@@ -128,6 +128,7 @@ TEST(Merge, RefusesWhatItCannotDo) {
           {merge({"a=1", "b=1"}), "--split 'b=1': the first --split names 'a', and each has to"},
           {merge({"a=1", "a=1,b=2"}), "the first --split names 'a', and each has to"},
           {merge({"a=1", ""}), "the first --split names 'a', and each has to"},
+          {merge({"a=1,b=2", "b=2,a=1"}), "--split 'b=2,a=1': an earlier file has these values"},
           {merge({"a=\x01"}), "XML can't hold the split value"},
           {{"merge", file, "--split", "a=1", file}, "would overwrite an input file"},
           {{"merge", out, "--split", "a=1", folder.Path("none.xml")}, "none.xml"},

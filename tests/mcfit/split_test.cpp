@@ -227,6 +227,41 @@ TEST(Split, ReadsTheStandardInputAndLeavesNothingBehind) {
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(Files(folder.Path("tmp")), testing::IsEmpty());
   EXPECT_EQ(Segments(mctest::ReadXml(folder.Read("models/merged.xml"))).size(), 2U);
+
+  options.input = "region,price,sales\nnorth,1,2\nnorth,x,2\n";
+  const ProgramResult refused = RunMcfit(
+      Arguments{"split", "-", "--by", "region", "--out-dir", folder.Path("refused")} + kSalesModel,
+      options);
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_THAT(Files(folder.Path("tmp")), testing::IsEmpty());
+  EXPECT_THAT(Files(folder.Path("refused")), testing::IsEmpty());
+}
+
+TEST(Split, FindsWhatWouldEndTheMergeBeforeTheFirstFit) {
+  const TemporaryFolder folder;
+  const std::string data = folder.Write("sales.csv", kSales);
+  const std::string control =
+      folder.Write("control.csv", "region,price,sales\n\x01,1,2\n\x01,2,3\n");
+  std::filesystem::create_directory(folder.Path("here"));
+  const struct {
+    std::string data;
+    std::string merged;
+    std::string message;
+  } cases[] = {{control, "m.xml", "XML can't hold the split value '\\x01'"},
+               {data, "here", "cannot write"},
+               {data, "none/m.xml", "cannot write"},
+               {data, "models/region=north.xml", "--out-dir"},
+               {data, "sales.csv", "--merged '" + data + "' would overwrite an input file"}};
+  for (const auto& test : cases) {
+    const ProgramResult run =
+        RunMcfit(Arguments{"split", test.data, "--by", "region", "--out-dir", folder.Path("models"),
+                           "--merged", folder.Path(test.merged)} +
+                 kSalesModel);
+    EXPECT_EQ(run.status, 2) << test.merged;
+    EXPECT_THAT(run.err, HasSubstr(test.message));
+    EXPECT_THAT(run.out, testing::Not(HasSubstr("\n== "))) << test.merged;
+    EXPECT_FALSE(folder.Has("m.xml"));
+  }
 }
 
 TEST(Split, AppendsToMoreFilesThanAProcessMayHoldOpen) {
@@ -251,8 +286,6 @@ TEST(Split, RefusesWhatItCannotDo) {
   const TemporaryFolder folder;
   const std::string data = folder.Write("sales.csv", kSales);
   const std::string text = folder.Write("text.csv", "region,price,sales\nnorth,1,2\nnorth,x,2\n");
-  const std::string control =
-      folder.Write("control.csv", "region,price,sales\n\x01,1,2\n\x01,2,3\n");
   const auto split = [&](const std::string& file, const Arguments& more) {
     return Arguments{"split",        file,    "--dependent", "sales",
                      "--covariates", "price", "--out-dir",   folder.Path("models")} +
@@ -286,9 +319,6 @@ TEST(Split, RefusesWhatItCannotDo) {
        {split(folder.Path("none.csv"), {"--by", "region"}), "cannot open"},
        {split(text, {"--by", "region"}),
         text + ", line 3, column 'price': 'x' is not a finite number"}});
-  const ProgramResult run = RunMcfit(split(control, {"--by", "region"}));
-  EXPECT_EQ(run.status, 2);
-  EXPECT_THAT(run.err, HasSubstr("XML can't hold the split value '\\x01'"));
   EXPECT_FALSE(folder.Has("models/merged.xml"));
 }
 

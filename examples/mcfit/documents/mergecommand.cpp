@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 
 namespace mcfit {
 
@@ -83,10 +84,16 @@ void MergeCommand::Run() {
   const std::vector<std::string> names = ParseSplit(fSplits[0]).names;
   if (names.empty()) Fail(fSplits[0], "write column=value, with commas between several");
   std::vector<SplitModel> models;
+  std::set<std::vector<std::string>> combinations;
   for (std::size_t i = 0; i < fFiles.size(); ++i) {
     models.push_back({ValuesOf(fSplits[i], names), fFiles[i]});
+    RequireXmlTexts(names, models[i].values);
+    if (!combinations.insert(models[i].values).second) {
+      Fail(fSplits[i], "an earlier file has these values, and no row would come to this one");
+    }
   }
-  MergeModels(names, models, fOut);
+  OutputFile out(fOut);
+  MergeModels(names, models, out);
   PrintResults(fmt::format("{} models merged in {}\n", models.size(), Printable(fOut)));
 }
 

@@ -102,6 +102,9 @@ std::string SplitCommand::MergedPath() const {
 void SplitCommand::CheckOptions(const FitRequest& request,
                                 const std::vector<std::string>& names) const {
   if (names.empty()) throw InputError("--by names no column");
+  OutputPaths paths;
+  paths.AddInput(request.data);
+  paths.AddOutput("--merged", MergedPath());
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (std::find(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i), names[i]) !=
         names.begin() + static_cast<std::ptrdiff_t>(i)) {
@@ -130,13 +133,15 @@ void SplitCommand::Run() {
   const RecordLayout layout(columns);
   CsvReader reader(request.data);
   MakeFolder(fOutDir);
+  OutputFile merged(MergedPath());
   ProgressLine progress(stderr);
   const SplitRows rows(reader, names, layout, request.missing, progress);
   PrintResults(HeadText(request.data, names, rows));
+  for (const SplitPart& part : rows.Parts()) CheckPart(request, names, part);
 
   const std::vector<SplitModel> models = FitParts(request, names, rows);
   if (!models.empty()) {
-    MergeModels(names, models, MergedPath());
+    MergeModels(names, models, merged);
     PrintResults(fmt::format("\n{} models merged in {}\n", models.size(), Printable(MergedPath())));
   }
   const std::size_t nFailed = rows.Parts().size() - models.size();
@@ -146,20 +151,30 @@ void SplitCommand::Run() {
   }
 }
 
+std::string SplitCommand::PartPath(const std::vector<std::string>& names,
+                                   const SplitPart& part) const {
+  return fOutDir + "/" + FileName(names, part.values);
+}
+
+// What would come up only when the fits are done.
+void SplitCommand::CheckPart(const FitRequest& request, const std::vector<std::string>& names,
+                             const SplitPart& part) const {
+  RequireXmlTexts(names, part.values);
+  OutputPaths paths;
+  paths.AddInput(request.data);
+  paths.AddOutput("--merged", MergedPath());
+  paths.AddOutput("--out-dir", PartPath(names, part));
+}
+
 std::vector<SplitModel> SplitCommand::FitParts(const FitRequest& request,
                                                const std::vector<std::string>& names,
                                                const SplitRows& rows) const {
   std::vector<SplitModel> models;
   for (const SplitPart& part : rows.Parts()) {
     const std::string combination = CombinationText(names, part.values);
-    const std::string path = fOutDir + "/" + FileName(names, part.values);
-    OutputPaths paths;
-    paths.AddInput(request.data);
-    paths.AddOutput("--merged", MergedPath());
-    paths.AddOutput("--out-dir", path);
     FitRequest partRequest = request;
-    partRequest.pmml = path;
-    if (FitPart(std::move(partRequest), combination, part)) models.push_back({part.values, path});
+    partRequest.pmml = PartPath(names, part);
+    if (FitPart(partRequest, combination, part)) models.push_back({part.values, *partRequest.pmml});
   }
   return models;
 }

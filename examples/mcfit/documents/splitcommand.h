@@ -29,6 +29,9 @@ private:
   std::unique_ptr<RegressionKind> Kind() const;
   std::string MergedPath() const;
   void CheckOptions(const FitRequest& request, const std::vector<std::string>& names) const;
+  std::string PartPath(const std::vector<std::string>& names, const SplitPart& part) const;
+  void CheckPart(const FitRequest& request, const std::vector<std::string>& names,
+                 const SplitPart& part) const;
   std::vector<SplitModel> FitParts(const FitRequest& request, const std::vector<std::string>& names,
                                    const SplitRows& rows) const;
   bool FitPart(FitRequest request, const std::string& combination, const SplitPart& part) const;

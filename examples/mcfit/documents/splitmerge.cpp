@@ -6,7 +6,6 @@
 #include "labeltable.h"
 #include "mcparsexml/mcxsplitpmmlcombiner.h"
 #include "metadata/mcvarlist.h"
-#include "outputfile.h"
 #include "statustext.h"
 #include "text.h"
 
@@ -27,10 +26,7 @@ void RequireXmlText(const std::string& text) {
 
 std::vector<std::string> ValuesOf(std::size_t variable, const std::vector<SplitModel>& models) {
   LabelTable labels;
-  for (const SplitModel& model : models) {
-    RequireXmlText(model.values[variable]);
-    labels.Add(model.values[variable]);
-  }
+  for (const SplitModel& model : models) labels.Add(model.values[variable]);
   labels.Sort();
   std::vector<std::string> values;
   for (int code = 0; code < labels.Size(); ++code) values.push_back(labels.Label(code));
@@ -41,7 +37,6 @@ MCCommonMetadata::MCVarList SplitVariables(const std::vector<std::string>& names
                                            const std::vector<SplitModel>& models) {
   MCCommonMetadata::MCVarList variables;
   for (std::size_t i = 0; i < names.size(); ++i) {
-    RequireXmlText(names[i]);
     variables.AddCatVar(names[i], "", ValuesOf(i, models), MCCommonMetadata::MC_ROLE_INPUT);
   }
   return variables;
@@ -66,17 +61,22 @@ std::string CombinationText(const std::vector<std::string>& names,
   return text;
 }
 
+void RequireXmlTexts(const std::vector<std::string>& names,
+                     const std::vector<std::string>& values) {
+  for (const std::string& name : names) RequireXmlText(name);
+  for (const std::string& value : values) RequireXmlText(value);
+}
+
 void MergeModels(const std::vector<std::string>& names, const std::vector<SplitModel>& models,
-                 const std::string& out) {
-  OutputFile file(out);
+                 OutputFile& out) {
   MCXSplitPMMLCombiner combiner(SplitVariables(names, models));
   combiner.SetStrict(true);
   for (const SplitModel& model : models) {
     StopIfInterrupted();
     Require(combiner.AddModel(model.path, model.values), model.path, combiner);
   }
-  Require(combiner.ExportMiningModel(file.Unfinished()), out, combiner);
-  file.Commit();
+  Require(combiner.ExportMiningModel(out.Unfinished()), out.Unfinished(), combiner);
+  out.Commit();
 }
 
 }  // namespace mcfit

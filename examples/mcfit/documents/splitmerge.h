@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "outputfile.h"
+
 #include <string>
 #include <vector>
 
@@ -16,10 +18,13 @@ struct SplitModel {
 std::string CombinationText(const std::vector<std::string>& names,
                             const std::vector<std::string>& values);
 
-/// Merges the models into one PMML document, which appears under its name when it is complete.
-/// `names`: the split columns; their categories are the values that the models have. Throws
-/// InputError, which names the file, for one that can't be merged.
+/// Throws InputError for a split column or a value of one that XML can't hold.
+void RequireXmlTexts(const std::vector<std::string>& names, const std::vector<std::string>& values);
+
+/// Merges the models into one PMML document. `names`: the split columns; their categories are the
+/// values that the models have. Throws InputError, which names the file, for one that can't be
+/// merged.
 void MergeModels(const std::vector<std::string>& names, const std::vector<SplitModel>& models,
-                 const std::string& out);
+                 OutputFile& out);
 
 }  // namespace mcfit

@@ -40,10 +40,17 @@ void AppendCell(std::string& line, std::string_view cell) {
 
 }  // namespace
 
+WorkFolder::WorkFolder() : fPath(MakeFolder()) {}
+
+WorkFolder::~WorkFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(fPath, ignored);
+}
+
 SplitRows::SplitRows(CsvReader& reader, const std::vector<std::string>& by,
                      const RecordLayout& layout, const MissingCells& missing,
                      ProgressLine& progress)
-    : fFolder(MakeFolder()), fLabels(by.size()), fCodes(by.size()), fMissing(by.size(), 0) {
+    : fLabels(by.size()), fCodes(by.size()), fMissing(by.size(), 0) {
   for (const std::string& name : by) fSplitColumns.push_back(reader.ColumnIndex(name));
   for (const RecordLayout::Column& column : layout.Columns()) {
     fUsedColumns.push_back(reader.ColumnIndex(column.name));
@@ -68,11 +75,6 @@ SplitRows::SplitRows(CsvReader& reader, const std::vector<std::string>& by,
   progress.Erase();
   Flush();
   SortParts();
-}
-
-SplitRows::~SplitRows() {
-  std::error_code ignored;
-  std::filesystem::remove_all(fFolder, ignored);
 }
 
 void SplitRows::AddRow(const CsvReader& reader, const MissingCells& missing) {
@@ -111,7 +113,7 @@ std::size_t SplitRows::FindPart(const CsvReader& reader) {
   for (std::size_t i = 0; i < fCodes.size(); ++i) {
     part.values.push_back(fLabels[i].Label(fCodes[i]));
   }
-  part.path = fmt::format("{}/{}.csv", fFolder, fParts.size());
+  part.path = fmt::format("{}/{}.csv", fFolder.Path(), fParts.size());
   fParts.push_back(std::move(part));
   fPending.push_back(fHeader);
   return place->second;

@@ -21,9 +21,22 @@ struct SplitPart {
   std::int64_t rows = 0;
 };
 
+/// A folder in TMPDIR, else in /tmp, that goes with this object and all that is in it.
+class WorkFolder {
+public:
+  WorkFolder();
+  ~WorkFolder();
+  WorkFolder(const WorkFolder&) = delete;
+  WorkFolder& operator=(const WorkFolder&) = delete;
+
+  const std::string& Path() const { return fPath; }
+
+private:
+  std::string fPath;
+};
+
 /// The rows of a CSV file, sorted by the values of some columns into a file for each combination
-/// that occurs. The files stand in a temporary folder in TMPDIR, else in /tmp, which goes with this
-/// object.
+/// that occurs. The files stand in a temporary folder, which goes with this object.
 class SplitRows {
 public:
   /// More combinations than this are taken for a mistake.
@@ -33,9 +46,6 @@ public:
   /// can't use, and too many combinations. Arguments are borrowed for the call.
   SplitRows(CsvReader& reader, const std::vector<std::string>& by, const RecordLayout& layout,
             const MissingCells& missing, ProgressLine& progress);
-  ~SplitRows();
-  SplitRows(const SplitRows&) = delete;
-  SplitRows& operator=(const SplitRows&) = delete;
 
   /// In the order of their values: of each column numbers first, by value, then words.
   const std::vector<SplitPart>& Parts() const { return fParts; }
@@ -54,7 +64,7 @@ private:
   void Flush();
   void SortParts();
 
-  std::string fFolder;
+  WorkFolder fFolder;
   std::vector<std::size_t> fSplitColumns;  // in the file
   std::vector<std::size_t> fUsedColumns;
   std::string fHeader;
