@@ -38,11 +38,11 @@ std::string FileNamePart(const std::string& text) {
 
 std::string FileName(const std::vector<std::string>& names,
                      const std::vector<std::string>& values) {
-  std::vector<std::string> nameParts;
-  std::vector<std::string> valueParts;
-  for (const std::string& name : names) nameParts.push_back(FileNamePart(name));
-  for (const std::string& value : values) valueParts.push_back(FileNamePart(value));
-  return CombinationText(nameParts, valueParts) + ".xml";
+  const auto parts = [](std::vector<std::string> texts) {
+    for (std::string& text : texts) text = FileNamePart(text);
+    return texts;
+  };
+  return CombinationText(parts(names), parts(values)) + ".xml";
 }
 
 bool IsUsed(const ModelColumns& columns, const std::string& name) {

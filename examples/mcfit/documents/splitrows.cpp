@@ -145,6 +145,7 @@ void SplitRows::SortParts() {
     places.emplace(std::move(sorted), place);
   }
   std::vector<SplitPart> parts;
+  parts.reserve(places.size());
   for (const auto& [codes, place] : places) parts.push_back(std::move(fParts[place]));
   fParts = std::move(parts);
 }
