@@ -58,13 +58,9 @@ MCStatus ReadSummary(const DOMElement& info, MCUniStats::SummStats& summary) {
 // Two intervals that meet share a cut; a gap between them makes one of its own, for which the
 // frequencies are then too few.
 bool AddInterval(double left, double right, std::vector<double>& cuts) {
-  if (cuts.empty()) {
-    cuts.push_back(left);
-  } else if (!IsPresent(cuts.back()) || !IsPresent(left) || left < cuts.back()) {
-    return false;
-  } else if (left > cuts.back()) {
-    cuts.push_back(left);
-  }
+  const bool isFirst = cuts.empty();
+  if (!isFirst && (!IsPresent(cuts.back()) || !IsPresent(left) || left < cuts.back())) return false;
+  if (isFirst || left > cuts.back()) cuts.push_back(left);
   cuts.push_back(right);
   return true;
 }
