@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcparsexml/parseddocument.h"
-#include "mcparsexml/xercesleaks.h"
+#include "support/leaksallowed.h"
 
 #include <gtest/gtest.h>
 
@@ -95,7 +95,7 @@ TEST(PlainReading, PullsLocalFilesIntoADocumentTypeAndStrictReadingRefuses) {
 }
 
 TEST(StrictReading, DoesNotFetchAnExternalDocumentType) {
-  const mctest::XercesLeaks allowed;
+  const mctest::LeaksAllowed allowed;
   const Secret secret("<!ENTITY secret 'the secret'>");
   const std::string used = "<!DOCTYPE a SYSTEM '" + secret.URL() + "'><a>&secret;</a>";
   EXPECT_EQ(ParsedDocument(used).Text(), "the secret");
@@ -148,6 +148,24 @@ TEST(StrictReading, RefusesWhatElseLetsAShortDocumentGrow) {
     ParsedDocument strict(text, true);
     EXPECT_EQ(strict.Code(), 104) << text;
     EXPECT_EQ(strict.Message(), message) << text;
+  }
+}
+
+TEST(AnyReading, SaysWhereTheTreeRefusesWhatTheScannerLetsThrough) {
+  const std::string version =
+      "implementation does not support the requested type of object or operation";
+  const std::string name =
+      "attempt is made to create or change an object in a way which is incorrect with respect to "
+      "namespaces";
+  for (const auto& [text, message] : std::initializer_list<std::pair<const char*, std::string>>{
+           {"<?xml version='1.9'?><a/>", "line 1, column 22: " + version},
+           {"\n<!DOCTYPE a:b:c><a/>", "line 2, column 17: " + name},
+           {"<!DOCTYPE :a [<!ENTITY e 'x'>]><a/>", "line 1, column 14: " + name}}) {
+    for (const bool isStrict : {false, true}) {
+      ParsedDocument document(text, isStrict);
+      EXPECT_EQ(document.Code(), 104) << text;
+      EXPECT_EQ(document.Message(), message) << text;
+    }
   }
 }
 

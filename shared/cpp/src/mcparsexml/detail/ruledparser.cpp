@@ -4,6 +4,7 @@
 #include "mcparsexml/detail/documentdepth.h"
 #include "mcparsexml/detail/utf.h"
 
+#include <xercesc/dom/DOMException.hpp>
 #include <xercesc/framework/XMLEntityDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -43,6 +44,26 @@ void RuledParser::Refuse(const XMLCh* reason) {
   const xercesc::SAXParseException refusal(reason, *getScanner()->getLocator());
   fRules.fatalError(refusal);
   throw refusal;
+}
+
+template <class Step>
+void RuledParser::RefuseIfThrown(const Step& step) {
+  try {
+    step();
+  } catch (const xercesc::DOMException& exception) {
+    Refuse(exception.getMessage());
+  }
+}
+
+void RuledParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
+                          const XMLCh* actualEncoding) {
+  RefuseIfThrown([&] { XercesDOMParser::XMLDecl(version, encoding, standalone, actualEncoding); });
+}
+
+void RuledParser::doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,
+                              const XMLCh* systemId, bool hasInternal, bool hasExternal) {
+  RefuseIfThrown(
+      [&] { XercesDOMParser::doctypeDecl(root, publicId, systemId, hasInternal, hasExternal); });
 }
 
 void RuledParser::Enter() {

@@ -18,7 +18,8 @@ inline constexpr int kMaxExpansions = 100;
 /// MCXMLReadWrite::SetStrict() tells, and keeps the first error's text. Xerces bounds how often
 /// entities expand in the content. What else lets a short document grow is refused here: parameter
 /// entities and default values of attributes. Refused without the strict setting, too, is what
-/// Xerces copies by recursion, an entity with elements nested beyond kMaxDepth.
+/// Xerces copies by recursion, an entity with elements nested beyond kMaxDepth, and what the
+/// scanner lets through and the DOM doesn't: a version 1.9, a document type of a name like "a:b:c".
 class RuledParser : public xercesc::XercesDOMParser {
 public:
   RuledParser();
@@ -27,8 +28,8 @@ public:
   void Prepare(bool isStrict);
 
   /// "line L, column C: text" of the first error, in UTF-8, or the text alone where there is no
-  /// line, as in a file that can't be opened. Empty if there was none; errors are only looked for
-  /// where reading is strict.
+  /// line, as in a file that can't be opened. Empty if there was none; of a
+  /// reading that isn't strict, only those that end it count.
   const std::string& FirstError() const { return fRules.fFirstError; }
 
 private:
@@ -43,9 +44,16 @@ private:
   };
 
   [[noreturn]] void Refuse(const XMLCh* reason);
+  /// Refuses, with the place, what the DOM throws at.
+  template <class Step>
+  void RefuseIfThrown(const Step& step);
   void Enter();
   void Leave();
 
+  void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
+               const XMLCh* actualEncoding) override;
+  void doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,
+                   const XMLCh* systemId, bool hasInternal, bool hasExternal) override;
   void startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                     const XMLCh* prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                     XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
