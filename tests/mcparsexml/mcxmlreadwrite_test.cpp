@@ -2,12 +2,15 @@
 #include "mcparsexml/mcxmlreadwrite.h"
 
 #include "mcparsexml/parseddocument.h"
-#include "mcparsexml/xercesleaks.h"
+#include "support/countingallocator.h"
+#include "support/leaksallowed.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <fstream>
+#include <new>
 #include <stdexcept>
 #include <streambuf>
 #include <sys/stat.h>
@@ -137,7 +140,7 @@ TEST(MCXMLReadWrite, TakesWhatStandsBeforeAnErrorForTheDocument) {
 }
 
 TEST(MCXMLReadWrite, RefusesFilesThatCannotBeRead) {
-  const mctest::XercesLeaks allowed;
+  const mctest::LeaksAllowed allowed;
   MCXMLReadWrite reader;
   const std::string missing = testing::TempDir() + "mcstat_no_such_file.xml";
   for (const std::string& name : {missing, testing::TempDir(), std::string()}) {
@@ -176,7 +179,7 @@ TEST(MCXMLReadWrite, ReadsAStreamThatThrowsAtItsEnd) {
 }
 
 TEST(MCXMLReadWrite, LetsTheExceptionsOfAHostsStreamPassAndGoesOn) {
-  const mctest::XercesLeaks allowed;
+  const mctest::LeaksAllowed allowed;
   struct Broken : std::streambuf {
     int_type underflow() override { throw std::runtime_error("broken"); }
   } buffer;
@@ -234,6 +237,45 @@ TEST(MCXMLReadWrite, SaysWhyAFileCannotBeWritten) {
     Written(document);
     EXPECT_EQ(document.Message(), "");
   }
+}
+
+TEST(MCXMLReadWrite, AnswersWhereMemoryRunsOutWhileAFileIsWritten) {
+  const mctest::LeaksAllowed allowed;
+  ParsedDocument document("<a/>");
+  const ScratchFile file;
+  const std::string folder = testing::TempDir() + "no/such/folder";
+  for (const std::string& name : {file.Name(), folder}) {
+    bool hasFired = true;
+    for (std::size_t k = 1; hasFired; ++k) {
+      const mctest::FailAllocation failure(k);
+      const MCCommon::MCStatus status = document.Reader().WriteFromDOM(name, nullptr);
+      hasFired = failure.HasFired();
+      const bool isWritten = name == file.Name() && !hasFired;
+      EXPECT_EQ(status, isWritten ? MCCommon::MCStatus() : MCCommon::MCStatus(118, false)) << k;
+    }
+  }
+  EXPECT_NE(file.Text().find("<a/>"), std::string::npos);
+}
+
+TEST(MCXMLReadWrite, ReadsAgainWhereMemoryRanOutInARead) {
+  const mctest::LeaksAllowed allowed;  // Xerces loses what it was about to use
+  MCXMLReadWrite reader;
+  bool hasFired = true;
+  for (std::size_t k = 1; hasFired; ++k) {
+    std::istringstream stream("<!DOCTYPE a [<!ENTITY e 'x'>]><a b='1'>&e;</a>");
+    const mctest::FailAllocation failure(k);
+    try {
+      const MCCommon::MCStatus status = reader.ParseToDOM(stream);
+      if (!status.IsOK()) {
+        EXPECT_THAT(status.GetErrorCode(), testing::AnyOf(103, 104));
+        EXPECT_EQ(reader.GetDocument(), nullptr);
+      }
+    } catch (const std::bad_alloc&) {
+      EXPECT_EQ(reader.GetDocument(), nullptr);
+    }
+    hasFired = failure.HasFired();
+  }
+  EXPECT_NE(reader.GetDocument(), nullptr);
 }
 
 TEST(MCXMLReadWrite, WritesNothingInAnEncodingThatIsNoMore) {

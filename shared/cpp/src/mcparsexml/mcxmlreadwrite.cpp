@@ -71,6 +71,22 @@ bool Serialize(const xercesc::DOMDocument& document, const char* fileName) {
   return isWritten;
 }
 
+/// False, perhaps with a message, if the document can't be written. Throws nothing: a host that is
+/// short of memory may still have to hear that its file isn't whole.
+bool TryToWrite(const xercesc::DOMDocument& document, const char* fileName, std::string& message) {
+  bool isWritten = false;
+  try {
+    if (detail::IsDeeperThan(document, detail::kMaxDepth)) {
+      message = "elements stand more than " + std::to_string(detail::kMaxDepth) + " deep";
+    } else {
+      detail::IsDone([&] { isWritten = Serialize(document, fileName); }, &message);
+    }
+  } catch (...) {
+    isWritten = false;
+  }
+  return isWritten;
+}
+
 }  // namespace
 
 MCXMLReadWrite::MCXMLReadWrite() : fInitStatus(detail::StartXerces()) {}
@@ -116,14 +132,8 @@ MCCommon::MCStatus MCXMLReadWrite::WriteFromDOM(const std::string& fileName,
   if (document == nullptr) document = fpDocument;
   if (!fInitStatus.IsOK() || document == nullptr) return fInitStatus;
   fXercesMessage.clear();
-  bool isWritten = false;
-  if (detail::IsDeeperThan(*document, detail::kMaxDepth)) {
-    fXercesMessage = "elements stand more than " + std::to_string(detail::kMaxDepth) + " deep";
-  } else {
-    detail::IsDone([&] { isWritten = Serialize(*document, fileName.c_str()); }, &fXercesMessage);
-  }
-  if (!isWritten) return {MCCommon::MCS_XML_WRITE, false};
-  return {};
+  if (TryToWrite(*document, fileName.c_str(), fXercesMessage)) return {};
+  return {MCCommon::MCS_XML_WRITE, false};
 }
 
 }  // namespace MCComXPrsUtil
