@@ -7,6 +7,7 @@
 #include "mcfit/support/temporaryfolder.h"
 #include "support/numbers.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -185,7 +186,7 @@ using Coefficients = std::map<std::string, double>;
 std::string Written(const Coefficients& coefficients) {
   std::string text;
   for (const auto& [name, value] : coefficients) {
-    text += (text.empty() ? "" : ", ") + name + "=" + std::to_string(value);
+    text += (text.empty() ? "" : ", ") + name + "=" + fmt::format("{}", value);
   }
   return text;
 }

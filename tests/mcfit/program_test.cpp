@@ -126,8 +126,8 @@ TEST(McfitProgram, ADesignThatIsNearlyCollinearIsWarnedOf) {
   const TemporaryFolder folder;
   std::string text = "y,x,z\n";
   for (int i = 0; i < 20; ++i) {
-    text += std::to_string(i % 7) + "," + std::to_string(i) + "," +
-            std::to_string(i + (i % 3) * 1e-3) + "\n";
+    text += std::to_string(i % 7) + "," + std::to_string(i) + "," + std::to_string(i) + ".00" +
+            std::to_string(i % 3) + "\n";
   }
   const std::string data = folder.Write("d.csv", text);
   const auto fit = [&data](const char* covariates) {
