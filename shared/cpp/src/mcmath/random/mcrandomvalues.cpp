@@ -36,7 +36,8 @@ double Between(double low, double high, double u) {
 // Roots of the diagonal, NaN of what is negative.
 std::vector<double> Deviations(const MCSymMatrix& S) {
   std::vector<double> deviations;
-  for (int i = 0; i < S.GetNRows(); ++i) deviations.push_back(std::sqrt(S.GetElem(i, i)));
+  S.GetDiagonal(deviations);
+  for (double& value : deviations) value = std::sqrt(value);
   return deviations;
 }
 
