@@ -677,6 +677,30 @@ TEST(MCGLMModelRow, AddsNothingBeforeTheTotalWeightIsKnown) {
   EXPECT_TRUE(model.BuildModel().IsOK());
 }
 
+TEST(MCGLMModelRow, AddsNothingUnderATotalWeightBelowZero) {
+  for (const double total : {-1.0, -3.0, MCMV::gMissingValue}) {
+    LinearModel model(RegressionDesign(0, {}, {}));
+    ASSERT_TRUE(model.Accumulate({{3}}).IsOK());
+    model.fModel.SetDepMeanAndTotalW(3.0, total);
+    EXPECT_TRUE(model.fModel.UpdateZPrimeZ(std::vector<double>{5}.data()));
+    ExpectNear(model.fModel.GetZPrimeZ()->AsVectorConst(), {1, 3, 9});
+  }
+}
+
+TEST(MCGLMModelRow, KeepsTheWeightThatItCameWith) {
+  LinearModel model(RegressionDesign(0, {}, {}));
+  ASSERT_TRUE(model.Accumulate({{3}}).IsOK());
+  model.fModel.SetDepMeanAndTotalW(3.0, 3.0);
+  EXPECT_TRUE(model.fModel.UpdateZPrimeZ(std::vector<double>{6}.data()));
+  model.fModel.SetDepMeanAndTotalW(3.0, 7.0);
+  EXPECT_TRUE(model.fModel.UpdateZPrimeZ(std::vector<double>{4}.data()));
+  // Rows 3, 6 and 4 with the weights 1, 1/3 and 1/7, whose sum is 31/21.
+  ExpectNear(model.fModel.GetZPrimeZ()->AsVectorConst(), {31 / 21.0, 39 / 7.0, 163 / 7.0});
+  ASSERT_TRUE(model.fModel.BuildModel().IsOK());
+  ExpectNear(model.fModel.GetParamEstimates(), {117 / 31.0});
+  ExpectNear(model.fModel.GetZPrimeZ()->AsVectorConst(), {-3 / 31.0, 0, 0});
+}
+
 TEST(MCGLMModelRow, ResidualsAreMultipliedByColumnAndWeight) {
   LinearModel model(RegressionDesign(0, {{1, 2}}, {}).FrequencyWeight(2).Effect({1}));
   ASSERT_TRUE(model.Accumulate({{1, 0, 1}, {4, 0, 1}, {6, 1, 2}}).IsOK());
@@ -859,7 +883,8 @@ TEST(MCGLMModelBuild, ManyColumnsAreSweptAsOneByOneWhereverACancelStops) {
   // More columns than any group of pivots, on a full positive definite matrix.
   constexpr int kColumns = 21;
   Rows rows;
-  for (int i = 0; i < 60; ++i) {
+  // 64, so that the matrix shown has the weights that are swept, which are powers of two.
+  for (int i = 0; i < 64; ++i) {
     std::vector<double> row = {std::sin(i * 0.7)};
     for (int j = 0; j < kColumns; ++j) row.push_back(std::cos(i * 0.37 * (j + 1)) + (i == j));
     rows.push_back(row);

@@ -126,26 +126,22 @@ void MCGLMModel::CompileFixedRow() {
 }
 
 void MCGLMModel::SetDepMeanAndTotalW(double mean, double totalW) {
-  // Rows so far came under the mean and the total of before.
-  TakeHeldRows();
-  NormaliseMatrix();
+  TakeHeldRows();  // they came under the mean of before
+  const double factor = MatrixFactor();
   fDepMean = mean;
   fTotalWeight = totalW;
   fUnitWeight = 1.0 / totalW;
-  fMatrixFactor = 1.0;
-  if (fRecordsAdded > 0 || !std::isnormal(fUnitWeight)) return;
-  int exponent = 0;
-  fMatrixFactor = 1.0 / std::frexp(totalW, &exponent);
-  fUnitWeight = std::ldexp(1.0, -exponent);
+  if (std::isnormal(fUnitWeight)) {
+    fUnitWeight = std::copysign(std::ldexp(1.0, std::ilogb(fUnitWeight)), fUnitWeight);
+  }
+  if (fpPendingRows == nullptr) return;
+  fpPendingRows->Flush();
+  fZPrimeZ->MultiplyByNumber(factor / MatrixFactor());  // rows so far keep their weights
 }
 
-// Brings the matrix to the weights told; rows that follow are added with these.
-void MCGLMModel::NormaliseMatrix() {
-  if (fpPendingRows == nullptr || fRecordsAdded == 0) return;
-  fpPendingRows->Flush();
-  if (fMatrixFactor != 1.0) fZPrimeZ->MultiplyByNumber(fMatrixFactor);
-  fMatrixFactor = 1.0;
-  fUnitWeight = 1.0 / fTotalWeight;
+// What the sums must be multiplied by to have the weights that are told.
+double MCGLMModel::MatrixFactor() const {
+  return std::isnormal(fUnitWeight) ? 1.0 / fTotalWeight / fUnitWeight : 1.0;
 }
 
 bool MCGLMModel::GetParamsForEffect(int effect, int& first, int& count) const {
@@ -158,7 +154,7 @@ const MCSymMatrix* MCGLMModel::GetZPrimeZ() const {
   fpPendingRows->Flush();
   if (fpShownMatrix == nullptr) fpShownMatrix = std::make_unique<MCSymMatrix>();
   *fpShownMatrix = *fZPrimeZ;
-  fpShownMatrix->MultiplyByNumber(fMatrixFactor);
+  fpShownMatrix->MultiplyByNumber(MatrixFactor());
   return fpShownMatrix.get();
 }
 

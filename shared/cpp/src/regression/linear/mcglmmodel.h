@@ -185,7 +185,7 @@ private:
   bool HasCategories(const double* row, const MCRegrParameter& parameter) const;
   double Dependent(const double* row) const;
   double RowWeight(const double* row, double weightOfOne) const;
-  void NormaliseMatrix();
+  double MatrixFactor() const;
 
   template <class Take>
   bool SelectColumns(const double* row, Take take) const;
@@ -224,13 +224,11 @@ private:
   double fDepMean = MCMV::gMissingValue;
   double fTotalWeight = MCMV::gMissingValue;
 
-  // What a row of weight 1 adds to fZPrimeZ, and what the matrix must be multiplied by to have the
-  // weights that are told, those divided by fTotalWeight. The former is a power of two, so that
-  // sums of whole numbers are exact: adding 1 / n over and over rounds the same way each time, and
-  // after some 100,000 rows that hides that the last level of a factor is redundant.
-  double fUnitWeight = MCMV::gMissingValue;
-  double fMatrixFactor = 1.0;
-  mutable std::unique_ptr<MCCommonMath::MCSymMatrix> fpShownMatrix;  // with the factor
+  // What a row of weight 1 adds to fZPrimeZ: 1 / fTotalWeight rounded down to a power of two, so
+  // that sums of whole numbers are exact. Adding 1 / n over and over rounds the same way each time,
+  // and after some 100,000 rows that hides that the last level of a factor is redundant.
+  double fUnitWeight = 0.0;
+  mutable std::unique_ptr<MCCommonMath::MCSymMatrix> fpShownMatrix;  // with the weights told
   int fNonZeroWeightRows = 0;
   std::vector<int> fFirstParamIndices;
   std::vector<int> fNEffectParams;

@@ -18,7 +18,7 @@ MCStatus MCGLMModel::BuildModel() {
 
   // Room first: where memory runs out the model is as before, and can be built again.
   fParamEstimates.reserve(fParameters.size());
-  NormaliseMatrix();
+  fpPendingRows->Flush();
   SweepColumns();
   fpPendingRows.reset();
   fpShownMatrix.reset();
@@ -26,7 +26,7 @@ MCStatus MCGLMModel::BuildModel() {
   fbFiniteEstimates = std::all_of(fParamEstimates.begin(), fParamEstimates.end(),
                                   [](double estimate) { return std::isfinite(estimate); });
   fZPrimeZ->ZeroOutRedundant(fRedundancy);
-  fZPrimeZ->MultiplyByNumber(1.0 / fTotalWeight);
+  fZPrimeZ->MultiplyByNumber(fUnitWeight);  // the inverse, freed of what the rows came with
   fModelBuilt = true;
   fSumSquaredResiduals = 0.0;
   fSumSquaredTotal = 0.0;
