@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Uniform and normal numbers, a block of them at a time, against the generators of the language.
+// Uniform numbers and variates, a block of them at a time, against the generators of the language.
 #include "mcmath/random/mcrandomtwister.h"
 #include "mcmath/random/mcrandomvalues.h"
 #include "mcmath/random/mcrngbeta.h"

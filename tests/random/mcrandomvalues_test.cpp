@@ -13,7 +13,6 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <memory>
 #include <new>
 #include <numeric>
 #include <string>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcmath/random/mcrandom.h"
 #include "mcmath/random/mcurandom.h"
-#include "mcxml/parseobj.h"
 #include "support/localeguard.h"
 #include "support/savefile.h"
 #include "support/textfile.h"

@@ -3,7 +3,6 @@
 #include "mcxml/detail/objectxml.h"
 #include "mcxml/ioexception.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
