@@ -155,6 +155,27 @@ TEST(MCSettingsParser, FailedParseForgetsTheParametersOfTheLastDocument) {
   EXPECT_EQ(parser.GetParameterType("a", nullptr), 1);
 }
 
+// By its full name the base's own operation can be called, which knows of no parameters.
+TEST(MCSettingsParser, ParametersAreThoseOfADocumentThatTheBaseRead) {
+  const auto read = [](MCSettingsParser& parser, const string& document) {
+    std::istringstream stream(document);
+    return parser.MCPMMLParser::ParseToDOM(stream).GetErrorCode();
+  };
+  const auto holding = [](const char* value) {
+    return DictionaryText("", TaskText(Parameter("a", "value=\"" + string(value) + "\">")));
+  };
+  MCSettingsParser parser;
+  int value = 0;
+  ASSERT_EQ(ParseText(parser, holding("1")), 0);
+  ASSERT_EQ(read(parser, holding("2")), 0);
+  EXPECT_TRUE(parser.GetParameter("a", value, nullptr).IsOK());
+  EXPECT_EQ(value, 2);
+
+  ASSERT_EQ(read(parser, DictionaryText("")), 0);
+  EXPECT_EQ(parser.GetParameter("a", value, nullptr), Error(119));
+  EXPECT_EQ(parser.GetComplexParameter("a", nullptr), nullptr);
+}
+
 TEST(MCSettingsParser, TypesHaveCodes) {
   const std::pair<const char*, int> types[] = {
       {"string", 0},    {"double", 1}, {"integer", 2}, {"boolean", 3}, {"enum", 4},
@@ -192,20 +213,25 @@ TEST(MCSettingsParser, ParameterThatIsAbsentIsAWarningAndLeavesTheDefault) {
   EXPECT_TRUE(texts == Names{"seven"} && rows == vector<vector<double>>{{8.0}});
 }
 
-// "value" if the parameter was read, else its code; the output must be untouched then.
-string One(const string& parameter, bool before) {
-  bool value = before;
-  const MCStatus status = Settings(parameter)->GetParameter("p", value, nullptr);
-  EXPECT_TRUE(status.IsOK() || value == before) << parameter;
-  return status.IsOK() ? (value ? "true" : "false") : std::to_string(status.GetErrorCode());
+string ValueText(bool value) {
+  return value ? "true" : "false";
 }
 
-template <class Number>
-string One(const string& parameter, Number before) {
-  Number value = before;
+string ValueText(double value) {
+  return NumberText(value);
+}
+
+string ValueText(int value) {
+  return std::to_string(value);
+}
+
+// The value if the parameter was read, else its code; the output must be untouched then.
+template <class Type>
+string One(const string& parameter, Type before) {
+  Type value = before;
   const MCStatus status = Settings(parameter)->GetParameter("p", value, nullptr);
   EXPECT_TRUE(status.IsOK() || value == before) << parameter;
-  return status.IsOK() ? NumberText(value) : std::to_string(status.GetErrorCode());
+  return status.IsOK() ? ValueText(value) : std::to_string(status.GetErrorCode());
 }
 
 TEST(MCSettingsParser, OneValueOfEachType) {

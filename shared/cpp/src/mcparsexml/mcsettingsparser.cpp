@@ -57,6 +57,16 @@ MCStatus Warning(long code) {
   return MCStatus(code, true);
 }
 
+// Of the document, or null.
+const DOMElement* FindParameters(const DOMElement& root) {
+  const DOMElement* element = &root;
+  for (const char* tag : {kMiningBuildTask, Word::kExtension, kParameters}) {
+    element = GetFirstChildElmt(*element, tag);
+    if (element == nullptr) return nullptr;
+  }
+  return element;
+}
+
 const DOMElement* FindNamed(const DOMElement& scope, const char* tag, const char* name) {
   const DOMElement* element = GetFirstChildElmt(scope, tag);
   while (element != nullptr && !XStrEqualsUTF8Str(GetAttribute(*element, Word::kName), name)) {
@@ -137,30 +147,24 @@ MCSettingsParser::MCSettingsParser() = default;
 MCSettingsParser::~MCSettingsParser() = default;
 
 MCStatus MCSettingsParser::ParseToDOM(std::istream& stream) {
-  fpParameters = nullptr;
   const MCStatus status = MCPMMLParser::ParseToDOM(stream);
-  if (!status.IsOK()) return status;
-  const DOMElement* element = GetRootElement();
-  for (const char* tag : {kMiningBuildTask, Word::kExtension, kParameters}) {
-    element = GetFirstChildElmt(*element, tag);
-    if (element == nullptr) {
-      SetStatus(Error(MCCommon::MCS_SET_NO_PARAMETERS));
-      return GetStatus();
-    }
+  if (status.IsOK() && FindParameters(*GetRootElement()) == nullptr) {
+    SetStatus(Error(MCCommon::MCS_SET_NO_PARAMETERS));
   }
-  fpParameters = element;
-  return status;
+  return GetStatus();
 }
 
 const DOMElement* MCSettingsParser::Find(const char* tag, const char* name, const void* scope,
                                          MCStatus& status) const {
   status = GetDocumentStatus();
   if (!status.IsOK()) return nullptr;
-  if (fpParameters == nullptr) {
+  // Found anew each time: a host may have had the base alone read a document.
+  const DOMElement* parameters = FindParameters(*GetRootElement());
+  if (parameters == nullptr) {
     status = Error(MCCommon::MCS_SET_NO_PARAMETERS);
     return nullptr;
   }
-  const auto& place = scope == nullptr ? *fpParameters : *static_cast<const DOMElement*>(scope);
+  const auto& place = scope == nullptr ? *parameters : *static_cast<const DOMElement*>(scope);
   const DOMElement* element = FindNamed(place, tag, name);
   if (element == nullptr) status = Warning(MCCommon::MCS_SET_NOT_FOUND);
   return element;

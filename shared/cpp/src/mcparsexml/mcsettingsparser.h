@@ -107,8 +107,6 @@ private:
   template <class Value>
   MCCommon::MCStatus GetRows(const char* name, std::vector<std::vector<Value>>& rows,
                              const void* scope) const;
-
-  const xercesc::DOMElement* fpParameters = nullptr;
 };
 
 }  // namespace MCComXPrsUtil
