@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcparsexml/mccomxprsutil.h"
 #include "mcparsexml/parseddocument.h"
+#include "support/countingallocator.h"
+#include "support/memoryexhaustion.h"
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -21,6 +24,36 @@ std::string Mark(const DOMElement* element) {
 }
 
 const std::string gOurs = " extender='mcstat.example'";
+
+/// A document, and another of which nothing can stand in it.
+struct TwoDocuments {
+  ParsedDocument document{"<a><b/><c><d/></c></a>"};
+  ParsedDocument other{"<z/>"};
+  DOMElement& root = document.Root();
+  DOMElement* b = GetFirstChildElmt(root, "b");
+  DOMElement* c = GetFirstChildElmt(root, "c");
+  DOMElement* d = GetFirstChildElmt(*c, "d");
+
+  bool AreUnchanged() const { return ChildTags(root) == "b c" && ChildTags(*c) == "d"; }
+};
+
+/// How often no extension was made, each allocation failing in turn, until one was.
+template <class Failure>
+int ExtensionsRefused() {
+  ParsedDocument document("<a/>");
+  const std::string name(100000, 'x');  // so long that the document needs memory for it
+  int nRefused = 0;
+  for (std::size_t k = 1;; ++k) {
+    try {
+      const Failure failure(k);
+      const DOMElement* made = CreateExtension(document.Document(), name.c_str());
+      if (made == nullptr) ++nRefused;
+      if (!failure.HasFired()) return nRefused;
+    } catch (const std::bad_alloc&) {
+      continue;
+    }
+  }
+}
 
 }  // namespace
 
@@ -117,6 +150,11 @@ TEST(ExtensionsOfADocument, AreMadeWithOurExtender) {
   EXPECT_EQ(GetFirstChildExtension(document.Root(), "n\xC3\xA9"), made);
 }
 
+TEST(ExtensionsOfADocument, AreNotMadeWhereMemoryRunsOut) {
+  EXPECT_GT(ExtensionsRefused<mctest::FailAllocation>(), 0);
+  EXPECT_GT(ExtensionsRefused<mctest::MemoryExhaustion>(), 0);
+}
+
 TEST(ElementsOfADocument, AreInsertedBeforeOneOrAtTheEnd) {
   ParsedDocument document("<a><b/><c><d/></c></a>");
   DOMElement& root = document.Root();
@@ -134,21 +172,15 @@ TEST(ElementsOfADocument, AreInsertedBeforeOneOrAtTheEnd) {
 }
 
 TEST(ElementsOfADocument, AreNotInsertedWhereTheyCannotStand) {
-  ParsedDocument document("<a><b/><c><d/></c></a>");
-  ParsedDocument other("<z/>");
-  DOMElement& root = document.Root();
-  DOMElement* b = GetFirstChildElmt(root, "b");
-  DOMElement* c = GetFirstChildElmt(root, "c");
-  DOMElement* d = GetFirstChildElmt(*c, "d");
-  EXPECT_FALSE(InsertElement(root, nullptr, b));
-  EXPECT_FALSE(InsertElement(root, b, d));  // no child of the root
-  EXPECT_FALSE(InsertElement(root, d, d));
-  EXPECT_FALSE(InsertElement(*d, c, nullptr));  // it holds d
-  EXPECT_FALSE(InsertElement(*d, &root, nullptr));
-  EXPECT_FALSE(InsertElement(*c, c, nullptr));
-  EXPECT_FALSE(InsertElement(root, &other.Root(), nullptr));
-  EXPECT_EQ(ChildTags(root), "b c");
-  EXPECT_EQ(ChildTags(*c), "d");
+  TwoDocuments two;
+  EXPECT_FALSE(InsertElement(two.root, nullptr, two.b));
+  EXPECT_FALSE(InsertElement(two.root, two.b, two.d));  // no child of the root
+  EXPECT_FALSE(InsertElement(two.root, two.d, two.d));
+  EXPECT_FALSE(InsertElement(*two.d, two.c, nullptr));  // it holds d
+  EXPECT_FALSE(InsertElement(*two.d, &two.root, nullptr));
+  EXPECT_FALSE(InsertElement(*two.c, two.c, nullptr));
+  EXPECT_FALSE(InsertElement(two.root, &two.other.Root(), nullptr));
+  EXPECT_TRUE(two.AreUnchanged());
 }
 
 TEST(ElementsOfADocument, AreReplaced) {
@@ -166,19 +198,13 @@ TEST(ElementsOfADocument, AreReplaced) {
 }
 
 TEST(ElementsOfADocument, AreNotReplacedByWhatCannotStandThere) {
-  ParsedDocument document("<a><b/><c><d/></c></a>");
-  ParsedDocument other("<z/>");
-  DOMElement& root = document.Root();
-  DOMElement* b = GetFirstChildElmt(root, "b");
-  DOMElement* c = GetFirstChildElmt(root, "c");
-  DOMElement* d = GetFirstChildElmt(*c, "d");
-  EXPECT_FALSE(ReplaceElement(root, nullptr, b));
-  EXPECT_FALSE(ReplaceElement(root, b, nullptr));
-  EXPECT_FALSE(ReplaceElement(root, b, d));
-  EXPECT_FALSE(ReplaceElement(root, d, d));
-  EXPECT_FALSE(ReplaceElement(*c, c, d));
-  EXPECT_FALSE(ReplaceElement(*c, &root, d));
-  EXPECT_FALSE(ReplaceElement(root, &other.Root(), b));
-  EXPECT_EQ(ChildTags(root), "b c");
-  EXPECT_EQ(ChildTags(*c), "d");
+  TwoDocuments two;
+  EXPECT_FALSE(ReplaceElement(two.root, nullptr, two.b));
+  EXPECT_FALSE(ReplaceElement(two.root, two.b, nullptr));
+  EXPECT_FALSE(ReplaceElement(two.root, two.b, two.d));
+  EXPECT_FALSE(ReplaceElement(two.root, two.d, two.d));
+  EXPECT_FALSE(ReplaceElement(*two.c, two.c, two.d));
+  EXPECT_FALSE(ReplaceElement(*two.c, &two.root, two.d));
+  EXPECT_FALSE(ReplaceElement(two.root, &two.other.Root(), two.b));
+  EXPECT_TRUE(two.AreUnchanged());
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcparsexml/detail/guarded.h"
+#include "mcparsexml/detail/mcimport.h"
 #include "mcparsexml/mccomxprsutil.h"
 #include "mcxml/xmltext.h"
 #include "metadata/detail/pmmlwords.h"
@@ -44,7 +45,7 @@ DOMElement* CreateExtension(DOMDocument& document, const char* name) {
       SetAttribute(*element, PMMLWord::kName, name)) {
     return element;
   }
-  element->release();
+  detail::ReleasePiece(*element);
   return nullptr;
 }
 
