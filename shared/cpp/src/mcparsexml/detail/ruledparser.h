@@ -3,8 +3,7 @@
 
 #include <string>
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/sax/EntityResolver.hpp>
-#include <xercesc/sax/ErrorHandler.hpp>
+#include <xercesc/sax/HandlerBase.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
 namespace MCComXPrsUtil {
@@ -33,12 +32,10 @@ public:
   const std::string& FirstError() const { return fRules.fFirstError; }
 
 private:
-  struct Rules : xercesc::ErrorHandler, xercesc::EntityResolver {
-    void warning(const xercesc::SAXParseException&) override {}
+  /// Resolves no entity, which is what its base does.
+  struct Rules : xercesc::HandlerBase {
     void error(const xercesc::SAXParseException& exception) override { fatalError(exception); }
     void fatalError(const xercesc::SAXParseException& exception) override;
-    void resetErrors() override {}
-    xercesc::InputSource* resolveEntity(const XMLCh*, const XMLCh*) override { return nullptr; }
 
     std::string fFirstError;
   };
