@@ -59,7 +59,7 @@ MCStatus ReadSummary(const DOMElement& info, MCUniStats::SummStats& summary) {
 // frequencies are then too few.
 bool AddInterval(double left, double right, std::vector<double>& cuts) {
   const bool isFirst = cuts.empty();
-  if (!isFirst && (!IsPresent(cuts.back()) || !IsPresent(left) || left < cuts.back())) return false;
+  if (!isFirst && (!IsPresent(left) || left < cuts.back())) return false;
   if (isFirst || left > cuts.back()) cuts.push_back(left);
   cuts.push_back(right);
   return true;

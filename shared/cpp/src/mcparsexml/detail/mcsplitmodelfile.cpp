@@ -56,8 +56,7 @@ bool CanBeWrittenAgain(const MCSplitModelFile& file) {
 }  // namespace
 
 std::string AttributeText(const DOMElement& element, const char* name) {
-  const XMLCh* text = GetAttribute(element, name);
-  return text == nullptr ? std::string() : ToUTF8(text);
+  return ToUTF8(GetAttribute(element, name));
 }
 
 MCStatus FindSplitModel(const DOMDocument& document, const std::vector<std::string>& standardModels,
