@@ -61,6 +61,54 @@ std::string Lines(const std::string& text) {
   return joined;
 }
 
+// A merged document as it is written, from what its tests differ in. The first of them has a whole
+// one, as it stands.
+
+/// An element of that tag and attributes.
+std::string Element(const std::string& start, const std::string& content) {
+  if (content.empty()) return "<" + start + "/>";
+  return "<" + start + ">" + content + "</" + start.substr(0, start.find(' ')) + ">";
+}
+
+const std::string kY = R"(<DataField dataType="double" name="y" optype="continuous"/>)";
+const std::string kRegion =
+    R"(<DataField dataType="string" displayName="Region of sale" name="region" )"
+    R"(optype="categorical"><Value value="north"/><Value value="south"/></DataField>)";
+const std::string kMiningFields =
+    R"(<MiningField name="y" usageType="predicted"/><MiningField name="kind"/>)";
+
+std::string Kind(const std::string& newValues = "") {
+  return Element(R"(DataField dataType="string" name="kind" optype="categorical")",
+                 R"(<Value value="a"/><Value value="b"/>)" + newValues);
+}
+
+std::string Active(const std::string& field) {
+  return "<MiningField name=\"" + field + "\" usageType=\"active\"/>";
+}
+
+std::string Equal(const std::string& field, const std::string& value) {
+  return "<SimplePredicate field=\"" + field + "\" operator=\"equal\" value=\"" + value + "\"/>";
+}
+
+std::string Segment(const std::string& predicate, const std::string& schema,
+                    const std::string& content = "") {
+  return Element("Segment", predicate + Element(R"(RegressionModel functionName="regression")",
+                                                Element("MiningSchema", schema) + content));
+}
+
+std::string Document(int nFields, const std::string& fields, const std::string& schema,
+                     const std::string& segments) {
+  const std::string dictionary =
+      "DataDictionary numberOfFields=\"" + std::to_string(nFields) + "\"";
+  const std::string model =
+      Element(R"(MiningModel functionName="regression")",
+              Element("MiningSchema", schema) +
+                  Element(R"(Segmentation multipleModelMethod="selectFirst")", segments));
+  return R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>)" +
+         Element(R"(PMML version="4.1" xmlns="http://www.dmg.org/PMML-4_1")",
+                 R"(<Header copyright="c"/>)" + Element(dictionary, fields) + model);
+}
+
 Texts Attributes(const XmlNode& parent, const std::string& child, const std::string& attribute) {
   Texts values;
   for (const XmlNode* node : parent.All(child)) values.push_back((*node)[attribute]);
@@ -141,48 +189,15 @@ TEST(MCXSplitPMMLCombinerMerge, OneSplitVariableGivesEachSegmentABarePredicate) 
 TEST(MCXSplitPMMLCombinerMerge, TwoSplitVariablesGiveACompoundPredicate) {
   SplitModel model;
   model.content = "";
-  EXPECT_EQ(Merged(RegionAndYear(), {{model.Text(), {"north", "2025"}}}),
-            Lines(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>
-<PMML version="4.1" xmlns="http://www.dmg.org/PMML-4_1">
-  <Header copyright="c"/>
-  <DataDictionary numberOfFields="4">
-    <DataField dataType="double" name="y" optype="continuous"/>
-    <DataField dataType="string" name="kind" optype="categorical">
-      <Value value="a"/>
-      <Value value="b"/>
-    </DataField>
-    <DataField dataType="string" displayName="Region of sale" name="region" optype="categorical">
-      <Value value="north"/>
-      <Value value="south"/>
-    </DataField>
-    <DataField dataType="integer" displayName="" name="year" optype="categorical">
-      <Value value="2024"/>
-      <Value value="2025"/>
-    </DataField>
-  </DataDictionary>
-  <MiningModel functionName="regression">
-    <MiningSchema>
-      <MiningField name="y" usageType="predicted"/>
-      <MiningField name="kind"/>
-      <MiningField name="region" usageType="active"/>
-      <MiningField name="year" usageType="active"/>
-    </MiningSchema>
-    <Segmentation multipleModelMethod="selectFirst">
-      <Segment>
-        <CompoundPredicate booleanOperator="and">
-          <SimplePredicate field="region" operator="equal" value="north"/>
-          <SimplePredicate field="year" operator="equal" value="2025"/>
-        </CompoundPredicate>
-        <RegressionModel functionName="regression">
-          <MiningSchema>
-            <MiningField name="y" usageType="predicted"/>
-            <MiningField name="kind"/>
-          </MiningSchema>
-        </RegressionModel>
-      </Segment>
-    </Segmentation>
-  </MiningModel>
-</PMML>)"));
+  const std::string year =
+      R"(<DataField dataType="integer" displayName="" name="year" optype="categorical">)"
+      R"(<Value value="2024"/><Value value="2025"/></DataField>)";
+  const std::string predicate = Element(R"(CompoundPredicate booleanOperator="and")",
+                                        Equal("region", "north") + Equal("year", "2025"));
+  EXPECT_EQ(
+      Merged(RegionAndYear(), {{model.Text(), {"north", "2025"}}}),
+      Document(4, kY + Kind() + kRegion + year, kMiningFields + Active("region") + Active("year"),
+               Segment(predicate, kMiningFields)));
 }
 
 TEST(MCXSplitPMMLCombinerMerge, NewFieldsAndCategoriesAreAppendedInTheOrderOfTheFile) {
@@ -198,121 +213,34 @@ TEST(MCXSplitPMMLCombinerMerge, NewFieldsAndCategoriesAreAppendedInTheOrderOfThe
   later.content = "";
   SplitModel first;
   first.content = "";
+  const std::string kind = Kind(R"(<Value displayValue="D" value="d"/><Value value="c"/>)");
+  const std::string added =
+      R"(<DataField dataType="double" displayName="N" name="new" optype="continuous">)"
+      R"(<Value value="-1"/></DataField>)";
   EXPECT_EQ(Merged(Region(), {{first.Text(), {"north"}}, {later.Text(), {"south"}}}),
-            Lines(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>
-<PMML version="4.1" xmlns="http://www.dmg.org/PMML-4_1">
-  <Header copyright="c"/>
-  <DataDictionary numberOfFields="4">
-    <DataField dataType="double" name="y" optype="continuous"/>
-    <DataField dataType="string" name="kind" optype="categorical">
-      <Value value="a"/>
-      <Value value="b"/>
-      <Value displayValue="D" value="d"/>
-      <Value value="c"/>
-    </DataField>
-    <DataField dataType="string" displayName="Region of sale" name="region" optype="categorical">
-      <Value value="north"/>
-      <Value value="south"/>
-    </DataField>
-    <DataField dataType="double" displayName="N" name="new" optype="continuous">
-      <Value value="-1"/>
-    </DataField>
-  </DataDictionary>
-  <MiningModel functionName="regression">
-    <MiningSchema>
-      <MiningField name="y" usageType="predicted"/>
-      <MiningField name="kind"/>
-      <MiningField name="region" usageType="active"/>
-      <MiningField name="new"/>
-    </MiningSchema>
-    <Segmentation multipleModelMethod="selectFirst">
-      <Segment>
-        <SimplePredicate field="region" operator="equal" value="north"/>
-        <RegressionModel functionName="regression">
-          <MiningSchema>
-            <MiningField name="y" usageType="predicted"/>
-            <MiningField name="kind"/>
-          </MiningSchema>
-        </RegressionModel>
-      </Segment>
-      <Segment>
-        <SimplePredicate field="region" operator="equal" value="south"/>
-        <RegressionModel functionName="regression">
-          <MiningSchema>
-            <MiningField name="new"/>
-            <MiningField name="kind" usageType="group"/>
-          </MiningSchema>
-        </RegressionModel>
-      </Segment>
-    </Segmentation>
-  </MiningModel>
-</PMML>)"));
+            Document(4, kY + kind + kRegion + added,
+                     kMiningFields + Active("region") + R"(<MiningField name="new"/>)",
+                     Segment(Equal("region", "north"), kMiningFields) +
+                         Segment(Equal("region", "south"), later.schema)));
 }
 
 TEST(MCXSplitPMMLCombinerMerge, TransformationsBecomeThoseOfTheModel) {
   SplitModel model;
+  model.content = "<RegressionTable/>";
   model.transformations =
       R"(<TransformationDictionary><DefineFunction name="f"/><DerivedField name="z" )"
       R"(optype="continuous" dataType="double"><FieldRef field="y"/></DerivedField>)"
       R"(<DerivedField name="w"/></TransformationDictionary>)";
   SplitModel later = model;
   later.transformations = "<TransformationDictionary/>";
+  const std::string local =
+      R"(<LocalTransformations><DerivedField dataType="double" name="z" optype="continuous">)"
+      R"(<FieldRef field="y"/></DerivedField><DerivedField name="w"/></LocalTransformations>)";
   EXPECT_EQ(Merged(Region(), {{model.Text(), {"north"}}, {later.Text(), {"south"}}}),
-            Lines(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>
-<PMML version="4.1" xmlns="http://www.dmg.org/PMML-4_1">
-  <Header copyright="c"/>
-  <DataDictionary numberOfFields="3">
-    <DataField dataType="double" name="y" optype="continuous"/>
-    <DataField dataType="string" name="kind" optype="categorical">
-      <Value value="a"/>
-      <Value value="b"/>
-    </DataField>
-    <DataField dataType="string" displayName="Region of sale" name="region" optype="categorical">
-      <Value value="north"/>
-      <Value value="south"/>
-    </DataField>
-  </DataDictionary>
-  <MiningModel functionName="regression">
-    <MiningSchema>
-      <MiningField name="y" usageType="predicted"/>
-      <MiningField name="kind"/>
-      <MiningField name="region" usageType="active"/>
-    </MiningSchema>
-    <Segmentation multipleModelMethod="selectFirst">
-      <Segment>
-        <SimplePredicate field="region" operator="equal" value="north"/>
-        <RegressionModel functionName="regression">
-          <MiningSchema>
-            <MiningField name="y" usageType="predicted"/>
-            <MiningField name="kind"/>
-          </MiningSchema>
-          <RegressionTable intercept="1">
-            <CategoricalPredictor coefficient="2" name="kind" value="a"/>
-          </RegressionTable>
-          <LocalTransformations>
-            <DerivedField dataType="double" name="z" optype="continuous">
-              <FieldRef field="y"/>
-            </DerivedField>
-            <DerivedField name="w"/>
-          </LocalTransformations>
-        </RegressionModel>
-      </Segment>
-      <Segment>
-        <SimplePredicate field="region" operator="equal" value="south"/>
-        <RegressionModel functionName="regression">
-          <MiningSchema>
-            <MiningField name="y" usageType="predicted"/>
-            <MiningField name="kind"/>
-          </MiningSchema>
-          <RegressionTable intercept="1">
-            <CategoricalPredictor coefficient="2" name="kind" value="a"/>
-          </RegressionTable>
-          <LocalTransformations/>
-        </RegressionModel>
-      </Segment>
-    </Segmentation>
-  </MiningModel>
-</PMML>)"));
+            Document(3, kY + Kind() + kRegion, kMiningFields + Active("region"),
+                     Segment(Equal("region", "north"), kMiningFields, model.content + local) +
+                         Segment(Equal("region", "south"), kMiningFields,
+                                 model.content + "<LocalTransformations/>")));
 }
 
 TEST(MCXSplitPMMLCombinerMerge, SplitVariablesAreDescribedByLevelAndStorage) {
@@ -327,47 +255,23 @@ TEST(MCXSplitPMMLCombinerMerge, SplitVariablesAreDescribedByLevelAndStorage) {
   model.fields = "";
   model.schema = "";
   model.content = "";
+  const std::string fields =
+      R"(<DataField dataType="string" displayName="" name="text" optype="categorical">)"
+      R"(<Value value=""/><Value value="&lt;"/></DataField>)"
+      R"(<DataField dataType="double" displayName="A number" name="number" optype="categorical">)"
+      R"(<Value value="0.1"/><Value value="-3"/></DataField>)"
+      R"(<DataField dataType="double" displayName="" name="continuous" optype="continuous"/>)"
+      R"(<DataField dataType="integer" displayName="" name="whole" optype="continuous"/>)"
+      R"(<DataField dataType="" displayName="" name="weight" optype=""/>)";
+  const std::string predicate =
+      Element(R"(CompoundPredicate booleanOperator="and")",
+              Equal("text", "&lt;") + Equal("number", "0.1") + Equal("continuous", "0.5") +
+                  Equal("whole", "2") + Equal("weight", "1"));
   EXPECT_EQ(Merged(list, {{model.Text(), {"<", "0.1", "0.5", "2", "1"}}}),
-            Lines(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>
-<PMML version="4.1" xmlns="http://www.dmg.org/PMML-4_1">
-  <Header copyright="c"/>
-  <DataDictionary numberOfFields="5">
-    <DataField dataType="string" displayName="" name="text" optype="categorical">
-      <Value value=""/>
-      <Value value="&lt;"/>
-    </DataField>
-    <DataField dataType="double" displayName="A number" name="number" optype="categorical">
-      <Value value="0.1"/>
-      <Value value="-3"/>
-    </DataField>
-    <DataField dataType="double" displayName="" name="continuous" optype="continuous"/>
-    <DataField dataType="integer" displayName="" name="whole" optype="continuous"/>
-    <DataField dataType="" displayName="" name="weight" optype=""/>
-  </DataDictionary>
-  <MiningModel functionName="regression">
-    <MiningSchema>
-      <MiningField name="text" usageType="active"/>
-      <MiningField name="number" usageType="active"/>
-      <MiningField name="continuous" usageType="active"/>
-      <MiningField name="whole" usageType="active"/>
-      <MiningField name="weight" usageType="active"/>
-    </MiningSchema>
-    <Segmentation multipleModelMethod="selectFirst">
-      <Segment>
-        <CompoundPredicate booleanOperator="and">
-          <SimplePredicate field="text" operator="equal" value="&lt;"/>
-          <SimplePredicate field="number" operator="equal" value="0.1"/>
-          <SimplePredicate field="continuous" operator="equal" value="0.5"/>
-          <SimplePredicate field="whole" operator="equal" value="2"/>
-          <SimplePredicate field="weight" operator="equal" value="1"/>
-        </CompoundPredicate>
-        <RegressionModel functionName="regression">
-          <MiningSchema/>
-        </RegressionModel>
-      </Segment>
-    </Segmentation>
-  </MiningModel>
-</PMML>)"));
+            Document(5, fields,
+                     Active("text") + Active("number") + Active("continuous") + Active("whole") +
+                         Active("weight"),
+                     Segment(predicate, "")));
 }
 
 TEST(MCXSplitPMMLCombinerMerge, AFieldOfTheNameOfASplitVariableIsRepeated) {
