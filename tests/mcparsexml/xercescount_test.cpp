@@ -2,6 +2,7 @@
 #include "mcparsexml/mcpmmlparser.h"
 #include "mcparsexml/mcxmlreadwrite.h"
 #include "mcparsexml/mcxtranscoder.h"
+#include "support/countingallocator.h"
 
 #include <gtest/gtest.h>
 
@@ -13,9 +14,13 @@ using MCComXPrsUtil::MCPMMLParser;
 using MCComXPrsUtil::MCXMLReadWrite;
 using xercesc::XMLPlatformUtils;
 
-// Each test runs in a process of its own, where nothing else holds Xerces.
-
 namespace {
+
+/// What exits here runs in a process of its own, where nothing else holds Xerces.
+class XercesCountDeathTest : public testing::Test {
+protected:
+  XercesCountDeathTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
+};
 
 bool IsXercesUp() {
   return XMLPlatformUtils::fgTransService != nullptr;
@@ -76,24 +81,38 @@ bool CanRead(MCXMLReadWrite& reader) {
   Exit(!transcoder.isValid() && transcoder.TranscodeTo(u"a").empty());
 }
 
+/// In a process of its own, since Xerces can't be started any more after that.
+template <class Reader, class Status>
+[[noreturn]] void FailToStart(const Status& status) {
+  const mctest::FailAllocation failure(10);  // of some 180 that Xerces starts with
+  Reader reader;
+  std::istringstream text("<PMML><DataDictionary/></PMML>");
+  const MCCommon::MCStatus expected(103, false);
+  Exit(failure.HasFired() && status(reader) == expected && reader.ParseToDOM(text) == expected &&
+       status(reader) == expected && reader.GetXercesMessage().empty());
+}
+
 }  // namespace
 
-TEST(XercesCountDeathTest, OursComeAndGoWhileTheHostHoldsXerces) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
+TEST_F(XercesCountDeathTest, WhatCouldNotStartXercesAnswers103) {
+  const auto ofReader = [](const MCXMLReadWrite& reader) { return reader.GetInitStatus(); };
+  EXPECT_EXIT(FailToStart<MCXMLReadWrite>(ofReader), testing::ExitedWithCode(0), "");
+  const auto ofParser = [](const MCPMMLParser& parser) { return parser.GetStatus(); };
+  EXPECT_EXIT(FailToStart<MCPMMLParser>(ofParser), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(XercesCountDeathTest, OursComeAndGoWhileTheHostHoldsXerces) {
   EXPECT_EXIT(RunOursInsideTheHosts(), testing::ExitedWithCode(0), "");
 }
 
-TEST(XercesCountDeathTest, TheHostComesAndGoesWhileOursHoldXerces) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
+TEST_F(XercesCountDeathTest, TheHostComesAndGoesWhileOursHoldXerces) {
   EXPECT_EXIT(RunTheHostsInsideOurs(), testing::ExitedWithCode(0), "");
 }
 
-TEST(XercesCountDeathTest, AnyOrderEndsWithXercesDownAndReadyToStart) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
+TEST_F(XercesCountDeathTest, AnyOrderEndsWithXercesDownAndReadyToStart) {
   EXPECT_EXIT(RunOverlapping(), testing::ExitedWithCode(0), "");
 }
 
-TEST(XercesCountDeathTest, ATranscoderIsInvalidWhileXercesIsDown) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
+TEST_F(XercesCountDeathTest, ATranscoderIsInvalidWhileXercesIsDown) {
   EXPECT_EXIT(MakeATranscoderWithoutXerces(), testing::ExitedWithCode(0), "");
 }
