@@ -4,12 +4,11 @@
 #include "readersupport.h"
 #include "support/countingallocator.h"
 #include "support/leaksallowed.h"
+#include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <new>
 #include <optional>
 #include <string>
@@ -209,8 +208,8 @@ TEST(MCPMMLParserDocument, StrictParserRefusesWhatIsNotWellFormed) {
 }
 
 TEST(MCPMMLParserDocument, ExternalEntitiesAreReadByDefaultAndRefusedStrictly) {
-  const string file = testing::TempDir() + "mcpmmlparser_document_test.ent";
-  std::ofstream(file) << "secret";
+  const TemporaryFolder folder;
+  const string file = folder.Write("entity", "secret");
   const string document = "<!DOCTYPE PMML [<!ENTITY e SYSTEM \"file://" + file +
                           "\">]>\n<PMML><DataDictionary/><Header>&e;</Header></PMML>";
   MCPMMLParser parser;
@@ -221,7 +220,6 @@ TEST(MCPMMLParserDocument, ExternalEntitiesAreReadByDefaultAndRefusedStrictly) {
   parser.SetStrict(true);
   EXPECT_EQ(ParseText(parser, document), 104);
   EXPECT_NE(parser.GetXercesMessage(), "");
-  std::remove(file.c_str());
 }
 
 TEST(MCPMMLParserDocument, EntitiesThatMultiplyAreRefusedStrictly) {

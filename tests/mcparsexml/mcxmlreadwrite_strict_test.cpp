@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mcparsexml/parseddocument.h"
 #include "support/leaksallowed.h"
+#include "support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <string>
 
 using mctest::ParsedDocument;
@@ -15,20 +14,10 @@ using mctest::Repeat;
 
 namespace {
 
-/// A file with something that is nobody's business.
-class Secret {
-public:
-  explicit Secret(const char* text) : fName(testing::TempDir() + "mcstat_secret.txt") {
-    std::ofstream(fName) << text;
-  }
-  ~Secret() { std::remove(fName.c_str()); }
-  Secret(const Secret&) = delete;
-  Secret& operator=(const Secret&) = delete;
-  std::string URL() const { return "file://" + fName; }
-
-private:
-  std::string fName;
-};
+/// Writes what is nobody's business into the folder. The file's address.
+std::string SecretFile(const mctest::TemporaryFolder& folder, const char* text) {
+  return "file://" + folder.Write("secret.txt", text);
+}
 
 /// Each of `levels` entities is ten times the one before.
 std::string Multiplying(int levels, const std::string& kind, const std::string& reference) {
@@ -76,28 +65,31 @@ TEST(StrictReading, AcceptsWhatIsWellFormed) {
 }
 
 TEST(PlainReading, PullsLocalFilesIntoADocumentAndStrictReadingRefuses) {
-  const Secret secret("the secret");
-  const std::string text = "<!DOCTYPE a [<!ENTITY e SYSTEM '" + secret.URL() + "'>]><a>&e;</a>";
+  const mctest::TemporaryFolder folder;
+  const std::string secret = SecretFile(folder, "the secret");
+  const std::string text = "<!DOCTYPE a [<!ENTITY e SYSTEM '" + secret + "'>]><a>&e;</a>";
   EXPECT_EQ(ParsedDocument(text).Text(), "the secret");
   ParsedDocument strict(text, true);
   EXPECT_EQ(strict.Code(), 104);
-  EXPECT_NE(strict.Message().find("unable to open external entity '" + secret.URL() + "'"),
+  EXPECT_NE(strict.Message().find("unable to open external entity '" + secret + "'"),
             std::string::npos)
       << strict.Message();
 }
 
 TEST(PlainReading, PullsLocalFilesIntoADocumentTypeAndStrictReadingRefuses) {
-  const Secret secret("<!ENTITY secret 'the secret'>");
+  const mctest::TemporaryFolder folder;
+  const std::string secret = SecretFile(folder, "<!ENTITY secret 'the secret'>");
   const std::string text =
-      "<!DOCTYPE a [<!ENTITY % e SYSTEM '" + secret.URL() + "'> %e;]><a>&secret;</a>";
+      "<!DOCTYPE a [<!ENTITY % e SYSTEM '" + secret + "'> %e;]><a>&secret;</a>";
   EXPECT_EQ(ParsedDocument(text).Text(), "the secret");
   EXPECT_EQ(ParsedDocument(text, true).Code(), 104);
 }
 
 TEST(StrictReading, DoesNotFetchAnExternalDocumentType) {
   const mctest::LeaksAllowed allowed;
-  const Secret secret("<!ENTITY secret 'the secret'>");
-  const std::string used = "<!DOCTYPE a SYSTEM '" + secret.URL() + "'><a>&secret;</a>";
+  const mctest::TemporaryFolder folder;
+  const std::string secret = SecretFile(folder, "<!ENTITY secret 'the secret'>");
+  const std::string used = "<!DOCTYPE a SYSTEM '" + secret + "'><a>&secret;</a>";
   EXPECT_EQ(ParsedDocument(used).Text(), "the secret");
   EXPECT_EQ(ParsedDocument(used, true).Text(), "");
   // A document type that isn't there ends a plain read before the root.

@@ -4,58 +4,27 @@
 #include "mcparsexml/parseddocument.h"
 #include "support/countingallocator.h"
 #include "support/leaksallowed.h"
+#include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <new>
 #include <stdexcept>
 #include <streambuf>
-#include <sys/stat.h>
 
 using MCComXPrsUtil::MCXMLReadWrite;
 using mctest::ParsedDocument;
 using mctest::Repeat;
+using mctest::TemporaryFolder;
+using testing::HasSubstr;
 
 namespace {
 
-/// The name of a file of this test, which is gone at the end.
-class ScratchFile {
-public:
-  ScratchFile()
-      : fName(testing::TempDir() + "mcstat_" +
-              testing::UnitTest::GetInstance()->current_test_info()->name() + ".xml") {
-    std::remove(fName.c_str());
-  }
-  explicit ScratchFile(const std::string& text) : ScratchFile() {
-    std::ofstream(fName, std::ios::binary) << text;
-  }
-  ~ScratchFile() { std::remove(fName.c_str()); }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  const std::string& Name() const { return fName; }
-
-  bool Exists() const {
-    struct stat about = {};
-    return stat(fName.c_str(), &about) == 0;
-  }
-
-  std::string Text() const {
-    std::ifstream in(fName, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  }
-
-private:
-  std::string fName;
-};
-
 std::string Written(ParsedDocument& document) {
-  const ScratchFile file;
-  EXPECT_TRUE(document.Reader().WriteFromDOM(file.Name(), nullptr).IsOK());
-  return file.Text();
+  const TemporaryFolder folder;
+  EXPECT_TRUE(document.Reader().WriteFromDOM(folder.Path("a.xml"), nullptr).IsOK());
+  return folder.Read("a.xml");
 }
 
 std::string UTF16(const std::u16string& text) {
@@ -92,9 +61,9 @@ TEST(MCXMLReadWrite, ReadsAStreamFromWhereItStands) {
 }
 
 TEST(MCXMLReadWrite, ReadsAFile) {
-  const ScratchFile file("<a><b/></a>");
+  const TemporaryFolder folder;
   MCXMLReadWrite reader;
-  EXPECT_TRUE(reader.ParseToDOM(file.Name()).IsOK());
+  EXPECT_TRUE(reader.ParseToDOM(folder.Write("a.xml", "<a><b/></a>")).IsOK());
   EXPECT_EQ(mctest::ChildTags(*reader.GetDocument()->getDocumentElement()), "b");
 }
 
@@ -142,8 +111,9 @@ TEST(MCXMLReadWrite, TakesWhatStandsBeforeAnErrorForTheDocument) {
 TEST(MCXMLReadWrite, RefusesFilesThatCannotBeRead) {
   const mctest::LeaksAllowed allowed;
   MCXMLReadWrite reader;
-  const std::string missing = testing::TempDir() + "mcstat_no_such_file.xml";
-  for (const std::string& name : {missing, testing::TempDir(), std::string()}) {
+  const TemporaryFolder folder;
+  const std::string missing = folder.Path("none.xml");
+  for (const std::string& name : {missing, folder.Path(""), std::string()}) {
     const MCCommon::MCStatus status = reader.ParseToDOM(name);
     EXPECT_EQ(status, MCCommon::MCStatus(104, false)) << name;
     EXPECT_EQ(reader.GetDocument(), nullptr);
@@ -203,25 +173,26 @@ TEST(MCXMLReadWrite, WritesWhiteSpaceAsItStands) {
 TEST(MCXMLReadWrite, WritesAnotherDocumentThanItsOwn) {
   ParsedDocument own("<a/>");
   ParsedDocument other("<b/>");
-  const ScratchFile file;
-  EXPECT_TRUE(own.Reader().WriteFromDOM(file.Name(), &other.Document()).IsOK());
-  EXPECT_NE(file.Text().find("<b/>"), std::string::npos);
+  const TemporaryFolder folder;
+  EXPECT_TRUE(own.Reader().WriteFromDOM(folder.Path("b.xml"), &other.Document()).IsOK());
+  EXPECT_THAT(folder.Read("b.xml"), HasSubstr("<b/>"));
   const MCXMLReadWrite without;
-  EXPECT_TRUE(without.WriteFromDOM(file.Name(), &own.Document()).IsOK());
-  EXPECT_NE(file.Text().find("<a/>"), std::string::npos);
+  EXPECT_TRUE(without.WriteFromDOM(folder.Path("a.xml"), &own.Document()).IsOK());
+  EXPECT_THAT(folder.Read("a.xml"), HasSubstr("<a/>"));
 }
 
 TEST(MCXMLReadWrite, WritesNothingWithoutADocument) {
   const MCXMLReadWrite reader;
-  const ScratchFile file;
-  EXPECT_EQ(reader.WriteFromDOM(file.Name(), nullptr), reader.GetInitStatus());
-  EXPECT_FALSE(file.Exists());
+  const TemporaryFolder folder;
+  EXPECT_EQ(reader.WriteFromDOM(folder.Path("a.xml"), nullptr), reader.GetInitStatus());
+  EXPECT_FALSE(folder.Has("a.xml"));
 }
 
 TEST(MCXMLReadWrite, SaysWhyAFileCannotBeWritten) {
   ParsedDocument small("<a/>");
   ParsedDocument large("<a>" + std::string(100000, 'x') + "</a>");
-  const std::string folder = testing::TempDir() + "no/such/folder";
+  const TemporaryFolder place;
+  const std::string folder = place.Path("no/such/folder");
   const struct {
     ParsedDocument& document;
     std::string name, message;
@@ -242,19 +213,19 @@ TEST(MCXMLReadWrite, SaysWhyAFileCannotBeWritten) {
 TEST(MCXMLReadWrite, AnswersWhereMemoryRunsOutWhileAFileIsWritten) {
   const mctest::LeaksAllowed allowed;
   ParsedDocument document("<a/>");
-  const ScratchFile file;
-  const std::string folder = testing::TempDir() + "no/such/folder";
-  for (const std::string& name : {file.Name(), folder}) {
+  const TemporaryFolder folder;
+  const std::string good = folder.Path("a.xml");
+  for (const std::string& name : {good, folder.Path("none/a.xml")}) {
     bool hasFired = true;
     for (std::size_t k = 1; hasFired; ++k) {
       const mctest::FailAllocation failure(k);
       const MCCommon::MCStatus status = document.Reader().WriteFromDOM(name, nullptr);
       hasFired = failure.HasFired();
-      const bool isWritten = name == file.Name() && !hasFired;
+      const bool isWritten = name == good && !hasFired;
       EXPECT_EQ(status, isWritten ? MCCommon::MCStatus() : MCCommon::MCStatus(118, false)) << k;
     }
   }
-  EXPECT_NE(file.Text().find("<a/>"), std::string::npos);
+  EXPECT_THAT(folder.Read("a.xml"), HasSubstr("<a/>"));
 }
 
 TEST(MCXMLReadWrite, ReadsAgainWhereMemoryRanOutInARead) {
@@ -285,9 +256,9 @@ TEST(MCXMLReadWrite, WritesNothingInAnEncodingThatIsNoMore) {
   xercesc::DOMDocument* made = implementation->createDocument();
   made->setXmlVersion(u"1.0");
   made->appendChild(made->createElement(u"a"));
-  const ScratchFile file;
-  EXPECT_TRUE(document.Reader().WriteFromDOM(file.Name(), made).IsOK());
-  EXPECT_NE(file.Text().find("encoding=\"UTF-8\""), std::string::npos);
+  const TemporaryFolder folder;
+  EXPECT_TRUE(document.Reader().WriteFromDOM(folder.Path("a.xml"), made).IsOK());
+  EXPECT_THAT(folder.Read("a.xml"), HasSubstr("encoding=\"UTF-8\""));
   made->release();
 }
 
@@ -298,9 +269,10 @@ TEST(MCXMLReadWrite, WritesTenThousandLevelsAndRefusesMore) {
   for (const std::size_t levels : {std::size_t{10001}, std::size_t{1000000}}) {
     ParsedDocument beyond(Nested(levels));
     EXPECT_EQ(beyond.Code(), 0);
-    const ScratchFile file;
-    EXPECT_EQ(beyond.Reader().WriteFromDOM(file.Name(), nullptr), MCCommon::MCStatus(118, false));
+    const TemporaryFolder folder;
+    EXPECT_EQ(beyond.Reader().WriteFromDOM(folder.Path("a.xml"), nullptr),
+              MCCommon::MCStatus(118, false));
     EXPECT_EQ(beyond.Message(), "elements stand more than 10000 deep");
-    EXPECT_FALSE(file.Exists());
+    EXPECT_FALSE(folder.Has("a.xml"));
   }
 }
