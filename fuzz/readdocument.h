@@ -5,6 +5,7 @@
 #include "regression/frame/mcstatus.h"
 #include "require.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <sstream>
@@ -16,7 +17,9 @@ template <class Parser>
 void ReadDocument(Parser& parser, const std::uint8_t* bytes, std::size_t size) {
   const std::string input(reinterpret_cast<const char*>(bytes), size);
   const bool isStrict = input.substr(0, 1) == "1";
-  parser.SetStrict(isStrict || input.find("<!DOCTYPE") != std::string::npos);
+  std::string ascii = input;  // where it is in UTF-16, too
+  ascii.erase(std::remove(ascii.begin(), ascii.end(), '\0'), ascii.end());
+  parser.SetStrict(isStrict || ascii.find("<!DOCTYPE") != std::string::npos);
   std::istringstream stream(input.empty() ? input : input.substr(1));
   const MCCommon::MCStatus status = parser.ParseToDOM(stream);
   Require(status == parser.GetStatus());
