@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -67,11 +68,29 @@ TEST(MCDistFunPercentiles, KeepInfinitiesApartFromTheirNeighbours) {
   EXPECT_EQ(D::GPTile(7, 0.9, values, kNone), kInf);
 }
 
+TEST(MCDistFunPercentiles, AreMissingBetweenBothInfinities) {
+  const Doubles values = {-kInf, -kInf, kInf, kInf};
+  for (const long method : {2L, 5L, 6L, 7L, 8L, 9L}) {
+    EXPECT_EQ(D::GPTile(method, 0.5, values, kNone), kMissing) << method;
+  }
+  EXPECT_EQ(D::GPTile(7, 0.5, {-kInf, kInf}, {1.0, 2.0}), kInf);
+  // Definitions that take one of the two values, and ranks within a run of equal ones.
+  EXPECT_EQ(D::GPTile(1, 0.5, values, kNone), -kInf);
+  EXPECT_EQ(D::GPTile(3, 0.5, values, kNone), -kInf);
+  EXPECT_EQ(D::GPTile(4, 0.5, values, kNone), -kInf);
+  EXPECT_EQ(D::GPTile(7, 0.2, values, kNone), -kInf);
+  EXPECT_EQ(D::GPTile(7, 0.8, values, kNone), kInf);
+}
+
 TEST(MCDistFunPercentiles, AreRefusedForBadArguments) {
   const double nan = std::nan("");
   const Doubles good = {1.0, 2.0};
   EXPECT_EQ(D::GPTile(0, 0.5, good, kNone), kMissing);
   EXPECT_EQ(D::GPTile(10, 0.5, good, kNone), kMissing);
+  EXPECT_EQ(D::GPTile(std::numeric_limits<long>::min(), 0.5, good, kNone), kMissing);
+  EXPECT_EQ(D::GPTile(std::numeric_limits<long>::max(), 0.5, good, kNone), kMissing);
+  EXPECT_EQ(D::GPTile(7, kInf, good, kNone), kMissing);
+  EXPECT_EQ(D::GPTile(7, -kInf, good, kNone), kMissing);
   EXPECT_EQ(D::GPTile(7, -0.1, good, kNone), kMissing);
   EXPECT_EQ(D::GPTile(7, 1.1, good, kNone), kMissing);
   EXPECT_EQ(D::GPTile(7, nan, good, kNone), kMissing);
@@ -84,6 +103,7 @@ TEST(MCDistFunPercentiles, AreRefusedForBadArguments) {
   EXPECT_EQ(D::GPTile(7, 0.5, good, {1.0, nan}), kMissing);
   EXPECT_EQ(D::GPTile(7, 0.5, good, {0.0, 0.0}), kMissing);
   EXPECT_EQ(D::GPTile(7, 0.5, good, {1.0, kInf}), kMissing);
+  EXPECT_EQ(D::GPTile(7, 0.5, good, {1e308, 1e308}), kMissing);
 }
 
 Doubles Counted(int n) {
@@ -138,6 +158,35 @@ TEST(MCDistFunMedian, IsInterpolatedBetweenNeighbouringIntervals) {
   EXPECT_EQ(upper, 2.0);
 }
 
+// Interpolation begins between the ranks 2 and 3 of ten values, and between 8 and 9.
+Doubles WithInfinities(int below, int above) {
+  Doubles values = Counted(10);
+  std::fill(values.begin(), values.begin() + below, -kInf);
+  std::fill(values.end() - above, values.end(), kInf);
+  return values;
+}
+
+TEST(MCDistFunMedian, EndNextToInfinityIsThatOfTheWiderInterval) {
+  struct {
+    int fBelow;
+    int fAbove;
+    double fLower;  // 0 where it is interpolated
+    double fUpper;
+  } const cases[] = {{1, 1, 0.0, 0.0},    {2, 2, -kInf, kInf},  {5, 5, -kInf, kInf},
+                     {2, 8, -kInf, kInf}, {0, 8, 2.0, kInf},    {8, 0, -kInf, 9.0},
+                     {8, 2, -kInf, kInf}, {10, 0, -kInf, -kInf}};
+  double plainLower = 0.0;
+  double plainUpper = 0.0;
+  EXPECT_EQ(D::Mednci(2, 0.95, Counted(10), plainLower, plainUpper), 0.95);
+  for (const auto& c : cases) {
+    double lower = 0.0;
+    double upper = 0.0;
+    EXPECT_EQ(D::Mednci(2, 0.95, WithInfinities(c.fBelow, c.fAbove), lower, upper), 0.95);
+    EXPECT_EQ(lower, c.fLower == 0.0 ? plainLower : c.fLower) << c.fBelow << ' ' << c.fAbove;
+    EXPECT_EQ(upper, c.fUpper == 0.0 ? plainUpper : c.fUpper) << c.fBelow << ' ' << c.fAbove;
+  }
+}
+
 TEST(MCDistFunMedian, IntervalIsRefusedWithoutAChangeForBadArguments) {
   double lower = -1.0;
   double upper = -2.0;
@@ -147,6 +196,9 @@ TEST(MCDistFunMedian, IntervalIsRefusedWithoutAChangeForBadArguments) {
   EXPECT_EQ(D::Mednci(1, 0.0, good, lower, upper), kMissing);
   EXPECT_EQ(D::Mednci(1, 1.0, good, lower, upper), kMissing);
   EXPECT_EQ(D::Mednci(1, std::nan(""), good, lower, upper), kMissing);
+  EXPECT_EQ(D::Mednci(1, -0.5, good, lower, upper), kMissing);
+  EXPECT_EQ(D::Mednci(1, kInf, good, lower, upper), kMissing);
+  EXPECT_EQ(D::Mednci(1, 0.3, {1.0, std::nan("")}, lower, upper), kMissing);
   EXPECT_EQ(D::Mednci(1, 0.95, kNone, lower, upper), kMissing);
   EXPECT_EQ(D::Mednci(1, 0.95, {3.0, 2.0}, lower, upper), kMissing);
   // Five values have 0.9375 between the ends.

@@ -153,9 +153,11 @@ public:
   /// even one of two), 6 is p (n + 1), 7 is p (n - 1) + 1, 8 is nearly median-unbiased. Weights
   /// are frequencies: n is their sum and the value of rank r, 0 < r <= n, is the first one whose
   /// cumulative weight is at least r. So whole weights give what a list with repeated values
-  /// gives; zero weights count for nothing.
-  /// The missing value for another method or p, an empty or unsorted list, a NaN in it, weights of
-  /// another length, negative or infinite ones, or a sum that is not positive and finite.
+  /// gives; zero weights count for nothing. Between a number and an infinity the quantile is that
+  /// infinity.
+  /// The missing value between both infinities, where nothing tells what lies there, and for
+  /// another method or p, an empty or unsorted list, a NaN in it, weights of another length,
+  /// negative or infinite ones, or a sum that is not positive and finite.
   static double GPTile(long method, double p, const std::vector<double>& values,
                        const std::vector<double>& weights);
 
@@ -167,7 +169,8 @@ public:
   /// Nagaraja, Order Statistics, 3rd ed., 2003, section 7.1). Method 2: interpolated between that
   /// interval and the next narrower one, so that the confidence is about level, which is the answer
   /// (T. P. Hettmansperger, S. J. Sheather, Statistics and Probability Letters 4 (1986), 75-79); as
-  /// method 1 where there is no narrower one.
+  /// method 1 where there is no narrower one. An end between a number and an infinity, or between
+  /// both infinities, is that of the wider interval.
   /// The missing value, lower and upper unchanged, for another method or level, an unsorted list
   /// or a NaN in it, and where even the whole range has less confidence than level.
   static double Mednci(long method, double level, const std::vector<double>& values, double& lower,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Percentiles of weighted lists and confidence intervals for the median.
 #include "mcmath/mcdistfun.h"
+#include "mcmath/mcpower.h"
 #include "regression/frame/mcmv.h"
 
 #include <algorithm>
@@ -50,15 +51,22 @@ double ValueOfRank(double rank, const Doubles& values, const Doubles& weights) {
   return values[last];
 }
 
-// Between neighbours of which one may be infinite.
+// Between neighbours. Nothing tells what lies between both infinities.
 double Between(double lower, double upper, double share) {
   if (share == 0.0 || lower == upper) return lower;
-  return share == 1.0 ? upper : lower * (1.0 - share) + upper * share;
+  if (std::isinf(lower) && std::isinf(upper)) return MCMV::gMissingValue;
+  return lower * (1.0 - share) + upper * share;
+}
+
+// An end of an interval between that of a wider one and that of a narrower one. Next to infinity it
+// is the wider one: anywhere between them the confidence might be that of the narrower interval.
+double EndBetween(double wide, double narrow, double share) {
+  return std::isfinite(wide) && std::isfinite(narrow) ? Between(wide, narrow, share) : wide;
 }
 
 // Whether x is within rounding of a whole number.
 bool IsNearlyWhole(double x) {
-  constexpr double kRounding = 4.0 * 2.220446049250313e-16;
+  constexpr double kRounding = 4.0 * MCPower::gMachineEpsilon;
   return std::fabs(x - std::round(x)) <= kRounding * std::max(1.0, std::fabs(x));
 }
 
@@ -141,8 +149,8 @@ double MCDistFun::Mednci(long method, double level, const std::vector<double>& v
   const double narrower = Coverage(r + 1.0, n);
   const double share = (reached - level) / (reached - narrower);
   const double weight = (n - r) * share / (r + (n - 2.0 * r) * share);
-  lower = Between(values[first], values[first + 1], weight);
-  upper = Between(values[last], values[last - 1], weight);
+  lower = EndBetween(values[first], values[first + 1], weight);
+  upper = EndBetween(values[last], values[last - 1], weight);
   return level;
 }
 
