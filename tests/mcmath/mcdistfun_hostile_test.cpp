@@ -2,7 +2,6 @@
 // Every function for arguments at both ends of the doubles, crossed: an answer in the range,
 // without long loops. Values by python3-mpmath at 50 digits.
 #include "mcmath/mcdistfun.h"
-#include "regression/frame/mcmv.h"
 
 #include <gtest/gtest.h>
 

@@ -26,8 +26,8 @@ namespace MCCommonMath {
 class MC_EXPORT MCDistFun {
 public:
   /// Error function 2/sqrt(pi) * integral of exp(-t^2) from 0 to x, and 1 - derf(x) without its
-  /// cancellation. The missing value for NaN. Rational approximations by intervals as in W. J.
-  /// Cody (1969), the exponential by an exact square.
+  /// cancellation. The missing value for NaN. Approximations by intervals as in W. J. Cody (1969),
+  /// but polynomials; the exponential by an exact square.
   static double derf(double x);
   static double derfc(double x);
 
@@ -61,7 +61,8 @@ public:
   static double dnlbnc(const double& n, const double& k, long& error);
 
   /// Remainder of Stirling's formula, ln gamma(x) - ((x - 1/2) ln x - x + ln(2 pi)/2), about
-  /// 1/(12 x): the auxiliary of the incomplete ratios. The missing value unless x > 0.
+  /// 1/(12 x), so 0 for infinity: the auxiliary of the incomplete ratios. The missing value unless
+  /// x > 0.
   static double cbtaux(double x);
 
   /// Incomplete gamma ratio: P(a, x) with upper false, Q(a, x) = 1 - P(a, x) with upper true. For
@@ -81,7 +82,7 @@ public:
   static double cdfbet(const double& x, const double& a, const double& b, long& error);
 
   /// The x with I_x(a, b) = p: 0 for p = 0, 1 for p = 1. The missing value unless 0 <= p <= 1,
-  /// a > 0 and b > 0. Both functions are one.
+  /// a > 0 and b > 0, a and b finite. Both functions are one.
   static double betinv(double p, double a, double b);
   static double IdfBeta(double p, double a, double b);
 
@@ -90,10 +91,11 @@ public:
   static double veskcdft(const double& t, const double& df, long& error);
   static double CdfT(double t, double df);
 
-  /// Two-sided significance P(|T| >= |t|), twice the lower tail of -|t|.
+  /// Two-sided significance P(|T| >= |t|), twice the lower tail of -|t|. The missing value where
+  /// CdfT answers it.
   static double SigT(double t, double df);
 
-  /// The t with CdfT(t, df) = p, for 0 < p < 1 and df > 0.
+  /// The t with CdfT(t, df) = p. Error 1 unless 0 < p < 1 and df > 0.
   static double veskidft(const double& p, const double& df, long& error);
   static double IdfT(double p, double df);
 
@@ -102,20 +104,23 @@ public:
   static double veskcdff(const double& f, const double& d1, const double& d2, long& error);
   static double CdfF(double f, double d1, double d2);
 
-  /// P(F > f): the incomplete beta ratio of the complementary arguments.
+  /// P(F > f), 1 for f <= 0: the incomplete beta ratio of the complementary arguments. The missing
+  /// value where CdfF answers it.
   static double SigF(double f, double d1, double d2);
 
-  /// The f with CdfF(f, d1, d2) = p for 0 <= p < 1, 0 for p = 0.
+  /// The f with CdfF(f, d1, d2) = p, 0 for p = 0. Error 1 unless 0 <= p < 1, d1 > 0 and d2 > 0,
+  /// d1 and d2 finite.
   static double veskidff(const double& p, const double& d1, const double& d2, long& error);
   static double IdfF(double p, double d1, double d2);
 
   /// Chi-square with df > 0 degrees of freedom: P(X <= x) and P(X > x), gammad with a = df/2 at
-  /// x/2.
+  /// x/2. The missing value unless df > 0.
   static double CdfChi(double x, double df);
   static double SigChi(double x, double df);
 
-  /// The x with CdfChi(x, df) = p for 0 <= p < 1, 0 for p = 0. Starts at the approximation of
-  /// Wilson and Hilferty, or at the first term of the series, and refines it by idfchb.
+  /// The x with CdfChi(x, df) = p, 0 for p = 0. Error 1 unless 0 <= p < 1 and df > 0, df finite.
+  /// Starts at the approximation of Wilson and Hilferty, or at the first term of the series, and
+  /// refines it by idfchb.
   static double veskidfchi(const double& p, const double& df, long& error);
   static double IdfChi(double p, double df);
 
