@@ -32,35 +32,23 @@ bool IsModerate(double x) {
   return x > kTiny && x < kHuge;
 }
 
-struct BothTails {
-  double fLower;
-  double fUpper;
-};
-
 // Tails of the beta distribution where the odds x/(1-x) are the quotient of two products, each
-// given by its factors.
-BothTails BetaTailsOfOdds(double a, double b, double above1, double above2, double below) {
+// given by its factors. Without the derivative.
+detail::Tails BetaTailsOfOdds(double a, double b, double above1, double above2, double below) {
   if (IsModerate(above1) && IsModerate(above2) && IsModerate(below)) {
     const DoubleDouble above = detail::ExactProduct(above1, above2);
     const DoubleDouble sum = above + below;
-    const detail::Tails tails =
-        detail::IncompleteBeta(a, b, above / sum, DoubleDouble(below) / sum);
-    return {tails.fLower, tails.fUpper};
+    return detail::IncompleteBeta(a, b, above / sum, DoubleDouble(below) / sum);
   }
   const DoubleDouble logOdds = detail::Log(above1) + detail::Log(above2) - detail::Log(below);
   constexpr double kNearEnd = 230.0;
   if (logOdds.fHigh > kNearEnd) {
-    const detail::Tails swapped = detail::IncompleteBetaNearZero(b, a, -logOdds);
-    return {swapped.fUpper, swapped.fLower};
+    return detail::Swapped(detail::IncompleteBetaNearZero(b, a, -logOdds));
   }
-  if (logOdds.fHigh < -kNearEnd) {
-    const detail::Tails tails = detail::IncompleteBetaNearZero(a, b, logOdds);
-    return {tails.fLower, tails.fUpper};
-  }
+  if (logOdds.fHigh < -kNearEnd) return detail::IncompleteBetaNearZero(a, b, logOdds);
   const DoubleDouble odds(detail::Exp(logOdds));
   const DoubleDouble y = DoubleDouble(1.0) / (odds + 1.0);
-  const detail::Tails tails = detail::IncompleteBeta(a, b, odds * y, y);
-  return {tails.fLower, tails.fUpper};
+  return detail::IncompleteBeta(a, b, odds * y, y);
 }
 
 // P(T <= -size) for size > 0.
@@ -69,17 +57,17 @@ double LowerTOfSize(double size, double df) {
   if (df >= kNormalDf) return detail::NormalUpper(size);
   if (std::isinf(size)) return 0.0;
   if (df == 1.0) return size > 1.0 ? std::atan(1.0 / size) / kPi : 0.5 - std::atan(size) / kPi;
-  const BothTails tails = BetaTailsOfOdds(0.5, df / 2.0, size, size, df);
+  const detail::Tails tails = BetaTailsOfOdds(0.5, df / 2.0, size, size, df);
   return size > 1.0 ? 0.5 * tails.fUpper : 0.5 - 0.5 * tails.fLower;
 }
 
 // Both tails of F. False for arguments out of range.
-bool TailsOfF(double f, double d1, double d2, BothTails& tails) {
+bool TailsOfF(double f, double d1, double d2, detail::Tails& tails) {
   if (std::isnan(f) || !IsParameter(d1) || !IsParameter(d2)) return false;
   if (f <= 0.0) {
-    tails = {0.0, 1.0};
+    tails = {0.0, 1.0, 0.0};
   } else if (std::isinf(f)) {
-    tails = {1.0, 0.0};
+    tails = {1.0, 0.0, 0.0};
   } else {
     tails = BetaTailsOfOdds(d1 / 2.0, d2 / 2.0, d1, f, d2);
   }
@@ -164,7 +152,7 @@ double MCDistFun::IdfT(double p, double df) {
 
 double MCDistFun::veskcdff(const double& f, const double& d1, const double& d2, long& error) {
   error = 0;
-  BothTails tails{};
+  detail::Tails tails{};
   return TailsOfF(f, d1, d2, tails) ? tails.fLower : Refuse(error);
 }
 
@@ -174,7 +162,7 @@ double MCDistFun::CdfF(double f, double d1, double d2) {
 }
 
 double MCDistFun::SigF(double f, double d1, double d2) {
-  BothTails tails{};
+  detail::Tails tails{};
   return TailsOfF(f, d1, d2, tails) ? tails.fUpper : MCMV::gMissingValue;
 }
 

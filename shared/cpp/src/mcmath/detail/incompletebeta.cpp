@@ -122,14 +122,6 @@ void UniformCoefficients(double p, double q, std::size_t terms, double (&f)[kUni
   }
 }
 
-Tails FromLower(double lower, double slope) {
-  return {std::min(1.0, lower), std::max(0.0, 1.0 - lower), slope};
-}
-
-Tails FromUpper(double upper, double slope) {
-  return {std::max(0.0, 1.0 - upper), std::min(1.0, upper), slope};
-}
-
 Tails OfUpperSide(const BetaPoint& p, double slope) {
   const double x = p.fX.fHigh;
   const double y = p.fY.fHigh;
@@ -162,7 +154,7 @@ Tails OfSmallParameter(const BetaPoint& p, double pivot, double slope) {
   }
   // 1 / B(a, b) times the power of the pivot.
   const double factor = slope / power * std::exp(-p.fB * std::log1p(-x));
-  return {std::min(1.0, lower), std::max(0.0, beyond + factor * between), slope};
+  return {std::min(lower, 1.0), std::max(beyond + factor * between, 0.0), slope};
 }
 
 // ln(a/n), where the quotient may underflow.
@@ -173,7 +165,7 @@ DoubleDouble LogShare(double a, const DoubleDouble& n) {
 }
 
 // For large a and b not too far from the mean; false elsewhere.
-bool IsUniform(const BetaPoint& p, Tails& tails) {
+bool TryUniform(const BetaPoint& p, Tails& tails) {
   const double n = p.fA + p.fB;
   const double harmonic = p.fA * (p.fB / n);
   if (harmonic < kUniformFrom) return false;
@@ -189,7 +181,7 @@ bool IsUniform(const BetaPoint& p, Tails& tails) {
 
 Tails OfOrdered(const BetaPoint& p) {
   Tails tails{};
-  if (IsUniform(p, tails)) return tails;
+  if (TryUniform(p, tails)) return tails;
   const double a = p.fA;
   const double b = p.fB;
   const double x = p.fX.fHigh;
@@ -228,8 +220,7 @@ Tails IncompleteBeta(double a, double b, const DoubleDouble& x, const DoubleDoub
   const double first = std::max(a * scale, kLeastParameter);
   const double second = std::max(b * scale, kLeastParameter);
   if (first <= second) return OfOrdered({first, second, x, y});
-  const Tails swapped = OfOrdered({second, first, y, x});
-  return {swapped.fUpper, swapped.fLower, swapped.fSlope};
+  return Swapped(OfOrdered({second, first, y, x}));
 }
 
 Tails IncompleteBetaNearZero(double first, double second, const DoubleDouble& logX) {

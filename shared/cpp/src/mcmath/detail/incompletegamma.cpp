@@ -133,11 +133,11 @@ Tails IncompleteGamma(double parameter, double x) {
   }
   const double slope = GammaDensity(a, x).Value();
   if (x <= a || x <= kSmall) {
-    const double lower = std::min(1.0, slope / a * LowerSeries(a, x));
-    return {lower, a <= 1.0 && x <= kSmall ? UpperOfSmall(a, x) : 1.0 - lower, slope};
+    Tails tails = FromLower(slope / a * LowerSeries(a, x), slope);
+    if (a <= 1.0 && x <= kSmall) tails.fUpper = UpperOfSmall(a, x);
+    return tails;
   }
-  const double upper = slope * UpperFraction(a, x);
-  return {1.0 - upper, upper, slope};
+  return FromUpper(slope * UpperFraction(a, x), slope);
 }
 
 }  // namespace detail

@@ -51,7 +51,7 @@ Tails UniformPoint::TailsFor(const double (&f)[kUniformTerms], double c) const {
   const double scaled = 0.5 * ScaledErfc(fRoot) + (fbAbove ? rest : -rest);
   const double tail = ScaledExp{scaled, fExponent}.Value();
   const double slope = tail / scaled * c * std::sqrt(fN / k2Pi);
-  return fbAbove ? Tails{1.0 - tail, tail, slope} : Tails{tail, 1.0 - tail, slope};
+  return fbAbove ? FromUpper(tail, slope) : FromLower(tail, slope);
 }
 
 }  // namespace detail

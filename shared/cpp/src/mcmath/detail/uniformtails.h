@@ -3,6 +3,7 @@
 
 #include "mcmath/detail/doubledouble.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace MCCommonMath {
@@ -15,6 +16,20 @@ struct Tails {
   double fUpper;
   double fSlope;
 };
+
+/// Both tails from the one that was computed, which rounding may have taken beyond 1. A NaN, which
+/// would be a fault, stays one.
+inline Tails FromLower(double lower, double slope) {
+  return {std::min(lower, 1.0), std::max(1.0 - lower, 0.0), slope};
+}
+inline Tails FromUpper(double upper, double slope) {
+  return {std::max(1.0 - upper, 0.0), std::min(upper, 1.0), slope};
+}
+
+/// Those of a beta variate from those of 1 less it.
+inline Tails Swapped(const Tails& tails) {
+  return {tails.fUpper, tails.fLower, tails.fSlope};
+}
 
 /// The least parameter that the incomplete ratios tell from smaller ones: their density, which is
 /// proportional to it, keeps all its digits.
