@@ -6,6 +6,7 @@
 #include "mcmath/detail/incompletebeta.h"
 #include "mcmath/detail/refusal.h"
 #include "mcmath/mcdistfun.h"
+#include "mcmath/mcpower.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,9 +23,9 @@ bool IsBinomial(double n, double p) {
 }
 
 // The terms from k downwards over the first one, for k up to the mode; they end where one no longer
-// changes the sum. The odds count in each term once more, so their rounding error would add up.
-double SumDown(double k, double n, double p) {
-  const DoubleDouble odds = detail::ExactSum(1.0, -p) / p;
+// changes the sum. `odds` are those of a failure, which count in each term once more, so that their
+// rounding error would add up.
+double SumDown(double k, double n, const DoubleDouble& odds) {
   double sum = 1.0;
   double term = 1.0;
   double i = k;
@@ -38,36 +39,24 @@ double SumDown(double k, double n, double p) {
   return sum;
 }
 
-// The same upwards.
-double SumUp(double k, double n, double p) {
-  const DoubleDouble odds = DoubleDouble(p) / detail::ExactSum(1.0, -p);
-  double sum = 1.0;
-  double term = 1.0;
-  double i = k;
-  while (i < n) {
-    term *= (n - i) / (i + 1.0);
-    term = term * odds.fHigh + term * odds.fLow;
-    if (sum + term == sum) break;
-    sum += term;
-    i += 1.0;
-  }
-  return sum;
-}
-
-// P(K <= k) by the terms on that side of the mode that k lies on, the largest first.
+// P(K <= k) by the terms on that side of the mode that k lies on, the largest first. Upwards they
+// are those of the failures downwards.
 double SumOfTerms(double k, double n, double p) {
+  const DoubleDouble q = detail::ExactSum(1.0, -p);
   if (k < std::floor((n + 1.0) * p)) {
-    return std::min(1.0, detail::BinomialTerm(k, n, p) * SumDown(k, n, p));
+    return std::min(detail::BinomialTerm(k, n, p) * SumDown(k, n, q / p), 1.0);
   }
-  return std::max(0.0, 1.0 - detail::BinomialTerm(k + 1.0, n, p) * SumUp(k + 1.0, n, p));
+  const double upper =
+      detail::BinomialTerm(k + 1.0, n, p) * SumDown(n - k - 1.0, n, DoubleDouble(p) / q);
+  return std::max(1.0 - upper, 0.0);
 }
 
 // P(K <= k) for whole 0 <= k < n and 0 < p < 1.
 double LowerTail(double k, double n, double p) {
   constexpr double kLongSum = 100.0;
-  constexpr double kMostExact = 0x1p53;  // beyond it counts are no longer one apart
   if (k == 0.0) return detail::BinomialTerm(0.0, n, p);
-  if (n * p * (1.0 - p) <= kLongSum && n <= kMostExact) return SumOfTerms(k, n, p);
+  // Beyond gMachineMaxInt counts are no longer one apart.
+  if (n * p * (1.0 - p) <= kLongSum && n <= MCPower::gMachineMaxInt) return SumOfTerms(k, n, p);
   return detail::IncompleteBeta(n - k, k + 1.0, detail::ExactSum(1.0, -p), p).fLower;
 }
 

@@ -4,6 +4,7 @@
 #include "mcmath/detail/doubledouble.h"
 #include "mcmath/detail/refusal.h"
 #include "mcmath/mcdistfun.h"
+#include "mcmath/mcpower.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,10 +34,15 @@ double Most(const Urn& urn) {
   return std::min(urn.fMarked, urn.fDrawn);
 }
 
-// The term at k + 1 over the one at k. Both products are exact up to N = 9e7.
-DoubleDouble RatioUp(double k, const Urn& urn) {
-  return detail::ExactProduct(urn.fMarked - k, urn.fDrawn - k) /
-         detail::ExactProduct(k + 1.0, urn.fAll - urn.fMarked - urn.fDrawn + k + 1.0);
+// The same urn with the other objects marked: of those drawn, the others are counted.
+Urn Reversed(const Urn& urn) {
+  return {urn.fAll, urn.fAll - urn.fMarked, urn.fDrawn};
+}
+
+// The term at k - 1 over the one at k. Both products are exact up to N = 9e7.
+DoubleDouble RatioDown(double k, const Urn& urn) {
+  return detail::ExactProduct(k, urn.fAll - urn.fMarked - urn.fDrawn + k) /
+         detail::ExactProduct(urn.fMarked - k + 1.0, urn.fDrawn - k + 1.0);
 }
 
 // Terms from k downwards, over the first. In twice the precision: there may be some thousands.
@@ -44,44 +50,35 @@ double SumDown(double k, const Urn& urn) {
   DoubleDouble sum = 1.0;
   DoubleDouble term = 1.0;
   double i = k;
-  while (i > Least(urn)) {
+  const double least = Least(urn);
+  while (i > least) {
+    term = term * RatioDown(i, urn);
     i -= 1.0;
-    term = term / RatioUp(i, urn);
     sum = sum + term.fHigh;
     if (term.fHigh < kNegligible * sum.fHigh) break;
   }
   return sum.fHigh;
 }
 
-double SumUp(double k, const Urn& urn) {
-  DoubleDouble sum = 1.0;
-  DoubleDouble term = 1.0;
-  double i = k;
-  while (i < Most(urn)) {
-    term = term * RatioUp(i, urn);
-    i += 1.0;
-    sum = sum + term.fHigh;
-    if (term.fHigh < kNegligible * sum.fHigh) break;
-  }
-  return sum.fHigh;
-}
-
-// Sum of the terms at edge -+ 1/2, -+ 3/2, ... where they fall off, for a deviation `sd` of
-// thousands: the integral from the edge, by Gauss-Legendre on stretches of one sd, and the first
-// terms of the Euler-Maclaurin formula for midpoints.
-double SumOfMany(double edge, double direction, double sd, const Urn& urn) {
+// Sum of the terms from k downwards, below the mode, for a deviation `sd` of thousands: the
+// integral from the edge at k + 1/2, by Gauss-Legendre on stretches of one sd, and the first terms
+// of the Euler-Maclaurin formula for midpoints.
+double SumOfMany(double k, double sd, const Urn& urn) {
   constexpr double kNodes[] = {0.09501250983763744, 0.2816035507792589, 0.45801677765722737,
                                0.6178762444026438,  0.755404408355003,  0.8656312023878318,
                                0.9445750230732326,  0.9894009349916499};
   constexpr double kWeights[] = {0.1894506104550685,   0.18260341504492358, 0.16915651939500254,
                                  0.14959598881657674,  0.12462897125553388, 0.09515851168249279,
                                  0.062253523938647894, 0.027152459411754096};
-  const auto termAt = [&](double k) {
-    return k >= Least(urn) + 1.0 && k <= Most(urn) - 1.0 ? HypergeometricTerm(k, urn) : 0.0;
+  const double least = Least(urn) + 1.0;
+  const double most = Most(urn) - 1.0;
+  const auto termAt = [&](double x) {
+    return x >= least && x <= most ? HypergeometricTerm(x, urn) : 0.0;
   };
+  const double edge = k + 0.5;
   double integral = 0.0;
   const double half = 0.5 * sd;
-  for (double middle = edge + direction * half;; middle += direction * sd) {
+  for (double middle = edge - half;; middle -= sd) {
     double stretch = 0.0;
     for (int i = 0; i < 8; ++i) {
       stretch +=
@@ -91,8 +88,8 @@ double SumOfMany(double edge, double direction, double sd, const Urn& urn) {
     if (!(half * stretch > 1e-18 * integral)) break;
   }
   // Derivatives by the logarithm of the term, which changes slowly.
-  const double rate = std::log(RatioUp(edge - 0.5, urn).fHigh);
-  return integral - termAt(edge) * direction * -rate * (1.0 / 24.0 - 7.0 / 5760.0 * rate * rate);
+  const double rate = -std::log(RatioDown(k + 1.0, urn).fHigh);
+  return integral - termAt(edge) * rate * (1.0 / 24.0 - 7.0 / 5760.0 * rate * rate);
 }
 
 double Deviation(const Urn& urn) {
@@ -101,26 +98,27 @@ double Deviation(const Urn& urn) {
   return std::sqrt(urn.fAll * share * (1.0 - share) * drawn * (1.0 - drawn));
 }
 
+// P(K <= k) for a k below the mode.
+double TailBelow(double k, const Urn& urn) {
+  constexpr double kMany = 10000.0;
+  const double sd = Deviation(urn);
+  const double sum =
+      sd > kMany ? SumOfMany(k, sd, urn) : HypergeometricTerm(k, urn) * SumDown(k, urn);
+  return std::min(sum, 1.0);
+}
+
 // P(K <= k) for a k inside the support, by the tail that k lies in.
 double LowerTail(double k, const Urn& urn) {
-  constexpr double kMany = 10000.0;
   const double mode = std::floor((urn.fMarked + 1.0) * ((urn.fDrawn + 1.0) / (urn.fAll + 2.0)));
-  const double sd = Deviation(urn);
-  if (sd > kMany) {
-    const double sum = SumOfMany(k + 0.5, k < mode ? -1.0 : 1.0, sd, urn);
-    return k < mode ? sum : 1.0 - sum;
-  }
-  if (k < mode) return std::min(1.0, HypergeometricTerm(k, urn) * SumDown(k, urn));
-  return std::max(0.0, 1.0 - HypergeometricTerm(k + 1.0, urn) * SumUp(k + 1.0, urn));
+  return k < mode ? TailBelow(k, urn) : 1.0 - TailBelow(urn.fDrawn - k - 1.0, Reversed(urn));
 }
 
 }  // namespace
 
 double MCDistFun::CDFHyper(double x, double N, double K, double n, int& error) {
   error = 0;
-  constexpr double kMostExact = 0x1p53;
   if (std::isnan(x) || !IsCount(N) || !IsCount(K) || !IsCount(n) || K > N || n > N ||
-      N > kMostExact) {
+      N > MCPower::gMachineMaxInt) {
     return detail::Refuse(error);
   }
   const Urn urn{N, K, n};
