@@ -5,6 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <boost/math/distributions.hpp>
 #include <boost/math/special_functions.hpp>
 #include <cmath>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Log gamma, incomplete gamma ratio and the chi-square distribution.
+#include "mcmath/detail/doubledouble.h"
 #include "mcmath/detail/errorfunction.h"
 #include "mcmath/detail/incompletegamma.h"
 #include "mcmath/detail/loggamma.h"
@@ -54,13 +55,6 @@ double Approximation(double x, double a, bool upper) {
   if (!upper && a >= 0.5) return PeizerPratt(x, a);
   const double z = WilsonHilferty(x, a);
   return NormalLower(upper ? -z : z);
-}
-
-// Of the exponential distribution, a = 1.
-double Exponential(double x, bool upper) {
-  constexpr double kMachineMinExp = -708.0;
-  if (!upper) return -std::expm1(-x);
-  return -x < kMachineMinExp ? 0.0 : std::exp(-x);
 }
 
 double ChiSquareTail(double x, double df, bool upper) {
@@ -118,7 +112,7 @@ double MCDistFun::gammad(const double& x, const double& a, bool upper, long& err
   if (x <= 0.0) return upper ? 1.0 : 0.0;
   if (std::isinf(x)) return upper ? 0.0 : 1.0;
   if (std::isinf(a)) return upper ? 1.0 : 0.0;
-  if (a == 1.0) return Exponential(x, upper);
+  if (a == 1.0) return upper ? detail::Exp(-x) : -std::expm1(-x);
   if (IsApproximated(x, a)) return Approximation(x, a, upper);
   const detail::Tails tails = detail::IncompleteGamma(a, x);
   return upper ? tails.fUpper : tails.fLower;

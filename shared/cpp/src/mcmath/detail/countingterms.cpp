@@ -13,20 +13,16 @@ namespace {
 
 constexpr double k2Pi = 6.283185307179586;
 
-// The Poisson probability mean^count exp(-mean) / count! is exp(fExponent) / sqrt(fSquare); count
-// is 0 or at least 1.
+// The number exp(fExponent) / sqrt(fSquare).
 struct PoissonTerm {
-  PoissonTerm(double square, const DoubleDouble& exponent) : fSquare(square), fExponent(exponent) {}
-  PoissonTerm(double count, const DoubleDouble& mean, double remainder)
-      : fSquare(count > 0.0 ? k2Pi * count : 1.0),
-        fExponent(count > 0.0 ? Deviance(count, mean) - remainder : -mean) {}
-
   double fSquare;
   DoubleDouble fExponent;
 };
 
+// The Poisson probability mean^count exp(-mean) / count!; count is 0 or at least 1.
 PoissonTerm Term(double count, const DoubleDouble& mean) {
-  return {count, mean, count > 0.0 ? StirlingRemainder(count) : 0.0};
+  if (count == 0.0) return {1.0, -mean};
+  return {k2Pi * count, Deviance(count, mean) - StirlingRemainder(count)};
 }
 
 PoissonTerm operator*(const PoissonTerm& a, const PoissonTerm& b) {
@@ -35,7 +31,6 @@ PoissonTerm operator*(const PoissonTerm& a, const PoissonTerm& b) {
 
 // base^n, whose logarithm may be below all doubles.
 double Power(const DoubleDouble& base, double n) {
-  constexpr double kMachineMinExp = -708.0;
   const DoubleDouble logarithm = Log(base);
   return logarithm.fHigh * n < kMachineMinExp ? 0.0 : Exp(logarithm * n);
 }

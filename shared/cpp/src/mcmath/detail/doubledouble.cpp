@@ -171,7 +171,7 @@ DoubleDouble Log1pMinus(const DoubleDouble& x) {
 }
 
 double Exp(const DoubleDouble& x) {
-  if (x.fHigh < -708.0) return 0.0;
+  if (x.fHigh < kMachineMinExp) return 0.0;
   const double high = std::exp(x.fHigh);
   return high + high * x.fLow;
 }

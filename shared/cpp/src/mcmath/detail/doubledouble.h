@@ -91,7 +91,10 @@ DoubleDouble Log(const DoubleDouble& x);
 /// ln(1 + x) - x for |x.fHigh| <= 2^-5, with a relative error of some 2^-64.
 DoubleDouble Log1pMinus(const DoubleDouble& x);
 
-/// exp(x), rounded to a double; 0 below -708, so that no result is subnormal.
+/// Exponentials of less than this count as 0, so that no result is subnormal.
+constexpr double kMachineMinExp = -708.0;
+
+/// exp(x), rounded to a double; 0 below kMachineMinExp.
 double Exp(const DoubleDouble& x);
 
 }  // namespace detail

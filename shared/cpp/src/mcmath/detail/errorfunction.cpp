@@ -130,7 +130,6 @@ double ScaledErfcAndMore(double x, double more) {
 
 // erfc(x + rest) for x >= 0 and a rest of a rounding error, where square is that of their sum.
 double TailErfc(double x, const DoubleDouble& square, double rest) {
-  constexpr double kMachineMinExp = -708.0;
   if (-square.fHigh < kMachineMinExp) return 0.0;
   // The scaled function falls by about 1/(x + sqrt(pi)/2) of itself per unit.
   const double more = -square.fLow - rest / (x + 0.886);

@@ -6,7 +6,6 @@
 #include "mcmath/detail/polynomial.h"
 
 #include <cmath>
-#include <limits>
 
 namespace MCCommonMath {
 namespace detail {
