@@ -12,6 +12,8 @@
 #include <cstddef>
 #include <limits>
 #include <sys/mman.h>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -242,17 +244,44 @@ TEST(LinpackGeneral, NoEstimateOfAMatrixWithANaNPassesATolerance) {
   }
 }
 
-// Three columns that are more than 2^31 entries apart from first to last, in memory that is never
-// touched between them.
+/// Addresses of doubles that take no memory, and can't be touched, but where a page is opened.
+class Addresses {
+public:
+  explicit Addresses(std::size_t count)
+      : fBytes(count * sizeof(double)),
+        fStart(
+            mmap(nullptr, fBytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0)) {}
+  Addresses(const Addresses&) = delete;
+  Addresses& operator=(const Addresses&) = delete;
+  ~Addresses() {
+    if (AreThere()) munmap(fStart, fBytes);
+  }
+
+  bool AreThere() const { return fStart != MAP_FAILED; }
+  double* Data() const { return static_cast<double*>(fStart); }
+
+  /// `place`: where a page begins.
+  bool OpenPage(std::size_t place) const {
+    const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return mprotect(Data() + place, size, PROT_READ | PROT_WRITE) == 0;
+  }
+
+private:
+  std::size_t fBytes;
+  void* fStart;
+};
+
+// Three columns, 2^31 entries from first to last.
 TEST(LinpackGeneral, ReachesColumnsBeyond31Bits) {
-  constexpr int kLd = 1100000000;
-  constexpr std::size_t kBytes = (2 * std::size_t{kLd} + 3) * sizeof(double);
-  void* const memory = mmap(nullptr, kBytes, PROT_READ | PROT_WRITE,
-                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-  if (memory == MAP_FAILED) GTEST_SKIP() << "no room for the addresses";
-  double* const a = static_cast<double*>(memory);
+  constexpr int kLd = 1 << 30;
+  const Addresses addresses(2 * std::size_t{kLd} + 3);
+  ASSERT_TRUE(addresses.AreThere());
+  double* const a = addresses.Data();
   const Columns given = RandomColumns(9).Matrix(3, 3);
-  for (std::size_t j = 0; j < 3; ++j) std::copy_n(given.Data() + 3 * j, 3, a + j * kLd);
+  for (std::size_t j = 0; j < 3; ++j) {
+    ASSERT_TRUE(addresses.OpenPage(j * kLd));
+    std::copy_n(given.Data() + 3 * j, 3, a + j * kLd);
+  }
   std::vector<int> ipvt(3);
   double rcond = 0.0;
   Vector z(3);
@@ -261,7 +290,6 @@ TEST(LinpackGeneral, ReachesColumnsBeyond31Bits) {
   Linpack::Dgeco(a, kLd, 3, ipvt.data(), &rcond, z.data());
   Linpack::Dgesl(a, kLd, 3, ipvt.data(), x.data(), 0);
   EXPECT_LT(mctest::Residual(given, x, b), kThreshold);
-  munmap(memory, kBytes);
 }
 
 /// A random band matrix, and its band storage with junk wherever no element stands.
