@@ -22,15 +22,9 @@ using mctest::kThreshold;
 using mctest::RandomColumns;
 using mctest::Vector;
 
-Columns Permuted(const Columns& a, const std::vector<int>& jpvt) {
-  Columns result(a.Rows(), a.Cols());
-  for (int j = 0; j < a.Cols(); ++j) {
-    for (int i = 0; i < a.Rows(); ++i) {
-      result(i, j) =
-          a(jpvt[static_cast<std::size_t>(i)] - 1, jpvt[static_cast<std::size_t>(j)] - 1);
-    }
-  }
-  return result;
+/// Rows and columns of a symmetric matrix in another order.
+Columns Permuted(const Columns& a, const std::vector<int>& order) {
+  return mctest::InOrder(mctest::Transposed(mctest::InOrder(a, order)), order);
 }
 
 struct Factored {
@@ -146,11 +140,7 @@ struct Problem {
 };
 
 Columns WithoutLastRow(const Columns& a) {
-  Columns result(a.Rows() - 1, a.Cols());
-  for (int j = 0; j < a.Cols(); ++j) {
-    for (int i = 0; i + 1 < a.Rows(); ++i) result(i, j) = a(i, j);
-  }
-  return result;
+  return mctest::Leading(a, a.Rows() - 1, a.Cols());
 }
 
 /// Row signs of a factor are free: those of `actual` are brought to a positive diagonal.
@@ -257,12 +247,7 @@ TEST(LinpackUpdates, ShiftColumns) {
       for (int l = k + 1; l <= p; ++l) {
         for (const int job : {1, 2}) {
           SCOPED_TRACE(testing::Message() << p << ": " << k << " to " << l << ", " << job);
-          const std::vector<int> order = ShiftedOrder(p, k, l, job);
-          Columns moved(start.x.Rows(), p);
-          for (int j = 0; j < p; ++j) {
-            const int from = order[static_cast<std::size_t>(j)] - 1;
-            for (int i = 0; i < moved.Rows(); ++i) moved(i, j) = start.x(i, from);
-          }
+          const Columns moved = mctest::InOrder(start.x, ShiftedOrder(p, k, l, job));
           Problem changed = start;
           changed.r = mctest::WithGap(mctest::UpperTriangle(start.r, p), 2);
           Vector c = mctest::Junk(p);

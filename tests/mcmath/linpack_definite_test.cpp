@@ -27,20 +27,12 @@ Columns FactorByLapack(Columns a) {
   return mctest::UpperTriangle(a, a.Rows());
 }
 
-/// A definite matrix whose rows and columns shrink from 1 to 1e-5.
-Columns GradedDefinite(RandomColumns& source, int n) {
-  Columns a = source.Definite(n);
-  for (int j = 0; j < n; ++j) {
-    for (int i = 0; i < n; ++i) a(i, j) *= std::pow(10.0, -5.0 * (i + j) / n);
-  }
-  return a;
-}
-
 TEST(LinpackDefinite, FactorsSolvesAndEstimatesInFullStorage) {
   RandomColumns source(21);
   for (int n = 1; n <= kMaxOrder; ++n) {
     SCOPED_TRACE(n);
-    for (const Columns& a : {source.Definite(n), GradedDefinite(source, n)}) {
+    for (const Columns& a :
+         {source.Definite(n), mctest::ShrunkByDecades(source.Definite(n), 5.0)}) {
       Columns r = mctest::WithGap(mctest::WithoutLower(a), 2);
       Vector z = mctest::Junk(n);
       double rcond = -1.0;

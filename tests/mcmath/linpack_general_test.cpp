@@ -136,11 +136,7 @@ TEST(LinpackGeneral, EstimatesTheSameAtTheEndsOfTheRange) {
   const Columns a = source.Matrix(12, 12);
   const double expected = Factored(a).rcond;
   for (const double scale : {0x1p-900, 0x1p+900}) {
-    Columns scaled = a;
-    for (int j = 0; j < 12; ++j) {
-      for (int i = 0; i < 12; ++i) scaled(i, j) *= scale;
-    }
-    EXPECT_DOUBLE_EQ(Factored(scaled).rcond, expected);
+    EXPECT_DOUBLE_EQ(Factored(mctest::Scaled(a, scale)).rcond, expected);
   }
 }
 

@@ -73,19 +73,7 @@ struct Decomposed {
 /// The first columns of Q times R.
 Columns Reassembled(Decomposed& qr) {
   const Columns q = qr.Q();
-  Columns first(q.Rows(), qr.Rank());
-  for (int j = 0; j < qr.Rank(); ++j) {
-    for (int i = 0; i < q.Rows(); ++i) first(i, j) = q(i, j);
-  }
-  return mctest::Product(first, qr.R());
-}
-
-Columns InOrder(const Columns& x, const std::vector<int>& jpvt) {
-  Columns result(x.Rows(), x.Cols());
-  for (int j = 0; j < x.Cols(); ++j) {
-    for (int i = 0; i < x.Rows(); ++i) result(i, j) = x(i, jpvt[static_cast<std::size_t>(j)] - 1);
-  }
-  return result;
+  return mctest::Product(mctest::Leading(q, q.Rows(), qr.Rank()), qr.R());
 }
 
 /// R by LAPACK, which chooses the same signs.
@@ -119,7 +107,7 @@ TEST(LinpackQr, TakesColumnsByTheirRemainingNorm) {
     SCOPED_TRACE(testing::Message() << n << " by " << p);
     const Columns x = source.Matrix(n, p);
     Decomposed qr(x, std::vector<int>(static_cast<std::size_t>(p)));
-    EXPECT_LT(mctest::Distance(Reassembled(qr), InOrder(x, qr.jpvt)), kThreshold);
+    EXPECT_LT(mctest::Distance(Reassembled(qr), mctest::InOrder(x, qr.jpvt)), kThreshold);
     Columns copy = x;
     std::vector<int> expected(static_cast<std::size_t>(p));
     Vector tau(static_cast<std::size_t>(p));
@@ -161,7 +149,7 @@ TEST(LinpackQr, KeepsInitialAndFinalColumnsInTheirPlaces) {
   const Columns x = source.Matrix(15, 8);
   // Columns 3 and 7 first, 1 and 5 last.
   Decomposed qr(x, {-1, 0, 1, 0, -1, 0, 1, 0});
-  EXPECT_LT(mctest::Distance(Reassembled(qr), InOrder(x, qr.jpvt)), kThreshold);
+  EXPECT_LT(mctest::Distance(Reassembled(qr), mctest::InOrder(x, qr.jpvt)), kThreshold);
   EXPECT_EQ((std::vector<int>{qr.jpvt[0], qr.jpvt[1]}), (std::vector<int>{3, 7}));
   std::vector<int> last(qr.jpvt.begin() + 6, qr.jpvt.end());
   std::sort(last.begin(), last.end());
@@ -266,10 +254,7 @@ TEST(LinpackQr, UsesTheFirstColumnsOnly) {
   Decomposed qr(x);
   const Vector y = source.Entries(12);
   for (int k = 1; k <= 5; ++k) {
-    Columns first(12, k);
-    for (int j = 0; j < k; ++j) {
-      for (int i = 0; i < 12; ++i) first(i, j) = x(i, j);
-    }
+    const Columns first = mctest::Leading(x, 12, k);
     const LeastSquares fit(qr, y, k, 111);
     ExpectNear(fit.b, CoefficientsByLapack(first, y));
     ExpectNear(fit.xb, Fitted(first, fit.b));
@@ -346,11 +331,7 @@ TEST(LinpackQr, DecomposesAtTheEndsOfTheRange) {
   const Columns x = source.Matrix(8, 5);
   const Decomposed expected(x);
   for (const double scale : {0x1p-1000, 0x1p+1000}) {
-    Columns scaled = x;
-    for (int j = 0; j < 5; ++j) {
-      for (int i = 0; i < 8; ++i) scaled(i, j) *= scale;
-    }
-    const Columns r = Decomposed(scaled).R();
+    const Columns r = Decomposed(mctest::Scaled(x, scale)).R();
     for (int j = 0; j < 5; ++j) {
       for (int i = 0; i <= j; ++i) EXPECT_NEAR(r(i, j) / scale, expected.x(i, j), 1e-14);
     }

@@ -160,11 +160,7 @@ TEST(LinpackSvd, KeepsItsDigitsAtTheEndsOfTheRange) {
   const Columns x = source.Matrix(9, 6);
   const Decomposed expected(x, 11);
   for (const double scale : {0x1p-960, 0x1p+1000}) {
-    Columns scaled = x;
-    for (int j = 0; j < 6; ++j) {
-      for (int i = 0; i < 9; ++i) scaled(i, j) *= scale;
-    }
-    const Decomposed svd(scaled, 11);
+    const Decomposed svd(mctest::Scaled(x, scale), 11);
     EXPECT_EQ(svd.info, 0);
     for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(svd.s[i] / scale, expected.s[i], 1e-14);
   }

@@ -142,7 +142,7 @@ inline Columns FromPackedUpper(int n, const Vector& packed) {
   return result;
 }
 
-/// The larger of the largest sums of a column; NaN if there is one.
+/// The largest sum of magnitudes of a column; NaN if there is one.
 inline double Norm1(const Columns& a) {
   double norm = 0.0;
   for (int j = 0; j < a.Cols(); ++j) {
@@ -167,10 +167,41 @@ inline Columns Difference(const Columns& a, const Columns& b) {
   return result;
 }
 
-inline Columns WithGap(const Columns& a, int gap) {
-  Columns result(a.Rows(), a.Cols(), gap);
+inline Columns Scaled(Columns a, double factor) {
   for (int j = 0; j < a.Cols(); ++j) {
-    for (int i = 0; i < a.Rows(); ++i) result(i, j) = a(i, j);
+    for (int i = 0; i < a.Rows(); ++i) a(i, j) *= factor;
+  }
+  return a;
+}
+
+/// A symmetric matrix whose rows and columns are shrunk, the last ones by nearly 10^-decades.
+inline Columns ShrunkByDecades(Columns a, double decades) {
+  const int n = a.Rows();
+  for (int j = 0; j < n; ++j) {
+    for (int i = 0; i < n; ++i) a(i, j) *= std::pow(10.0, -decades * (i + j) / n);
+  }
+  return a;
+}
+
+/// The leading rows and columns.
+inline Columns Leading(const Columns& a, int rows, int cols, int gap = 0) {
+  Columns result(rows, cols, gap);
+  for (int j = 0; j < cols; ++j) {
+    for (int i = 0; i < rows; ++i) result(i, j) = a(i, j);
+  }
+  return result;
+}
+
+inline Columns WithGap(const Columns& a, int gap) {
+  return Leading(a, a.Rows(), a.Cols(), gap);
+}
+
+/// The columns in another order, whose numbers count from 1 as those of pivots do.
+inline Columns InOrder(const Columns& a, const std::vector<int>& order) {
+  Columns result(a.Rows(), a.Cols());
+  for (int j = 0; j < a.Cols(); ++j) {
+    const int from = order[static_cast<std::size_t>(j)] - 1;
+    for (int i = 0; i < a.Rows(); ++i) result(i, j) = a(i, from);
   }
   return result;
 }

@@ -5,7 +5,9 @@
 
 #include <lapacke.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 namespace mctest {
