@@ -16,15 +16,11 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kMaxOrder;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 /// Rows and columns of a symmetric matrix in another order.
 Columns Permuted(const Columns& a, const std::vector<int>& order) {
-  return mctest::InOrder(mctest::Transposed(mctest::InOrder(a, order)), order);
+  return InOrder(Transposed(InOrder(a, order)), order);
 }
 
 struct Factored {
@@ -33,16 +29,16 @@ struct Factored {
   int info = -1;
 
   Factored(const Columns& given, std::vector<int> marks, int job)
-      : a(mctest::WithGap(mctest::WithoutLower(given), 2)), jpvt(std::move(marks)) {
-    Vector work = mctest::Junk(given.Cols());
+      : a(WithGap(WithoutLower(given), 2)), jpvt(std::move(marks)) {
+    Vector work = Junk(given.Cols());
     Linpack::Dchdc(a.Data(), a.Ld(), a.Cols(), work.data(), jpvt.data(), job, &info);
   }
 
-  Columns R() const { return mctest::UpperTriangle(a, a.Rows()); }
+  Columns R() const { return UpperTriangle(a, a.Rows()); }
 };
 
 Columns Squared(const Columns& r) {
-  return mctest::Product(mctest::Transposed(r), r);
+  return Product(Transposed(r), r);
 }
 
 TEST(LinpackDchdc, FactorsWithAndWithoutExchanges) {
@@ -52,13 +48,13 @@ TEST(LinpackDchdc, FactorsWithAndWithoutExchanges) {
     const Columns a = source.Definite(p);
     const Factored plain(a, {}, 0);
     EXPECT_EQ(plain.info, p);
-    EXPECT_LT(mctest::Distance(Squared(plain.R()), a), kThreshold);
+    EXPECT_LT(Distance(Squared(plain.R()), a), kThreshold);
     const Factored pivoted(a, std::vector<int>(static_cast<std::size_t>(p)), 1);
     EXPECT_EQ(pivoted.info, p);
-    EXPECT_LT(mctest::Distance(Squared(pivoted.R()), Permuted(a, pivoted.jpvt)), kThreshold);
+    EXPECT_LT(Distance(Squared(pivoted.R()), Permuted(a, pivoted.jpvt)), kThreshold);
     for (int k = 1; k < p; ++k) EXPECT_LE(pivoted.a(k, k), pivoted.a(k - 1, k - 1));
     EXPECT_TRUE(pivoted.a.GapsAreUntouched());
-    EXPECT_TRUE(mctest::WithoutLower(pivoted.a) == pivoted.a);
+    EXPECT_TRUE(WithoutLower(pivoted.a) == pivoted.a);
   }
 }
 
@@ -77,7 +73,7 @@ TEST(LinpackDchdc, KeepsInitialAndFinalRowsInTheirPlaces) {
   const Columns a = source.Definite(7);
   const Factored factored(a, {0, -3, 0, 2, 0, -1, 5}, 1);
   EXPECT_EQ(factored.info, 7);
-  EXPECT_LT(mctest::Distance(Squared(factored.R()), Permuted(a, factored.jpvt)), kThreshold);
+  EXPECT_LT(Distance(Squared(factored.R()), Permuted(a, factored.jpvt)), kThreshold);
   EXPECT_EQ((std::vector<int>{factored.jpvt[0], factored.jpvt[1]}), (std::vector<int>{4, 7}));
   std::vector<int> last = {factored.jpvt[5], factored.jpvt[6]};
   std::sort(last.begin(), last.end());
@@ -113,7 +109,7 @@ struct Problem {
     const int p = x.Cols();
     Columns crossProducts = Squared(x);
     LAPACKE_dpotrf(LAPACK_COL_MAJOR, 'U', p, crossProducts.Data(), p);
-    r = mctest::WithGap(mctest::WithoutLower(crossProducts), 2);
+    r = WithGap(WithoutLower(crossProducts), 2);
     for (int j = 0; j < y.Cols(); ++j) {
       // z = inv(R')X'y; what is left of y'y is the square of rho.
       Vector rest(static_cast<std::size_t>(p));
@@ -140,7 +136,7 @@ struct Problem {
 };
 
 Columns WithoutLastRow(const Columns& a) {
-  return mctest::Leading(a, a.Rows() - 1, a.Cols());
+  return Leading(a, a.Rows() - 1, a.Cols());
 }
 
 /// Row signs of a factor are free: those of `actual` are brought to a positive diagonal.
@@ -158,7 +154,7 @@ void ExpectSame(const Problem& actual, const Problem& expected) {
     EXPECT_NEAR(actual.rho[j], expected.rho[j], 1e-11);
   }
   EXPECT_TRUE(actual.r.GapsAreUntouched() && actual.z.GapsAreUntouched());
-  EXPECT_TRUE(mctest::WithoutLower(actual.r) == actual.r) << "the lower triangle was touched";
+  EXPECT_TRUE(WithoutLower(actual.r) == actual.r) << "the lower triangle was touched";
 }
 
 TEST(LinpackUpdates, AddARowAndTakeItOutAgain) {
@@ -170,8 +166,8 @@ TEST(LinpackUpdates, AddARowAndTakeItOutAgain) {
       const Problem less(WithoutLastRow(full.x), WithoutLastRow(full.y));
       const Vector x = full.Row(full.x, full.x.Rows() - 1);
       const Vector y = full.Row(full.y, full.x.Rows() - 1);
-      Vector c = mctest::Junk(p);
-      Vector s = mctest::Junk(p);
+      Vector c = Junk(p);
+      Vector s = Junk(p);
       Problem changed = less;
       Linpack::Dchud(changed.r.Data(), changed.r.Ld(), p, x.data(), changed.z.Data(),
                      changed.z.Ld(), nz, y.data(), changed.rho.data(), c.data(), s.data());
@@ -186,7 +182,7 @@ TEST(LinpackUpdates, AddARowAndTakeItOutAgain) {
 }
 
 TEST(LinpackUpdates, RefuseToTakeOutWhatIsNotThere) {
-  Columns r = mctest::Identity(2);
+  Columns r = Identity(2);
   Columns z(2, 1);
   z(0, 0) = 5.0;
   for (const Vector& x : {Vector{2.0, 0.0}, Vector{1.0, 0.0}, Vector{std::nan(""), 0.0}}) {
@@ -197,14 +193,14 @@ TEST(LinpackUpdates, RefuseToTakeOutWhatIsNotThere) {
     int info = 0;
     Linpack::Dchdd(r.Data(), 2, 2, x.data(), z.Data(), 2, 1, &y, &rho, c.data(), s.data(), &info);
     EXPECT_EQ(info, -1);
-    EXPECT_TRUE(r == mctest::Identity(2));
+    EXPECT_TRUE(r == Identity(2));
     EXPECT_EQ(z(0, 0), 5.0);
     EXPECT_EQ(rho, 3.0);
   }
 }
 
 TEST(LinpackUpdates, MarkNormsThatWouldBeImaginary) {
-  Columns r = mctest::Identity(1);
+  Columns r = Identity(1);
   const double x = 0.0;
   const Vector y = {1.0, 0.5, 0.0};
   Vector rho = {0.5, 0.5, 0.0};
@@ -218,7 +214,7 @@ TEST(LinpackUpdates, MarkNormsThatWouldBeImaginary) {
 }
 
 TEST(LinpackUpdates, LeaveNegativeNormsAlone) {
-  Columns r = mctest::Identity(1);
+  Columns r = Identity(1);
   const double x = 1.0;
   const double y = 2.0;
   double rho = -1.0;
@@ -247,15 +243,15 @@ TEST(LinpackUpdates, ShiftColumns) {
       for (int l = k + 1; l <= p; ++l) {
         for (const int job : {1, 2}) {
           SCOPED_TRACE(testing::Message() << p << ": " << k << " to " << l << ", " << job);
-          const Columns moved = mctest::InOrder(start.x, ShiftedOrder(p, k, l, job));
+          const Columns moved = InOrder(start.x, ShiftedOrder(p, k, l, job));
           Problem changed = start;
-          changed.r = mctest::WithGap(mctest::UpperTriangle(start.r, p), 2);
-          Vector c = mctest::Junk(p);
-          Vector s = mctest::Junk(p);
+          changed.r = WithGap(UpperTriangle(start.r, p), 2);
+          Vector c = Junk(p);
+          Vector s = Junk(p);
           Linpack::Dchex(changed.r.Data(), changed.r.Ld(), p, k, l, changed.z.Data(),
                          changed.z.Ld(), 2, c.data(), s.data(), job);
-          EXPECT_TRUE(mctest::WithGap(mctest::UpperTriangle(changed.r, p), 2) == changed.r);
-          changed.r = mctest::WithGap(mctest::WithoutLower(changed.r), 2);
+          EXPECT_TRUE(WithGap(UpperTriangle(changed.r, p), 2) == changed.r);
+          changed.r = WithGap(WithoutLower(changed.r), 2);
           ExpectSame(changed, Problem(moved, start.y));
         }
       }
@@ -266,10 +262,10 @@ TEST(LinpackUpdates, ShiftColumns) {
 TEST(LinpackUpdates, ShiftNothingBetweenWrongColumns) {
   for (const auto& [k, l] : {std::pair{2, 2}, {3, 2}, {0, 2}, {1, 4}}) {
     for (const int job : {1, 2}) {
-      Columns r = mctest::Identity(3);
+      Columns r = Identity(3);
       Vector c(3);
       Linpack::Dchex(r.Data(), 3, 3, k, l, nullptr, 1, 0, c.data(), c.data(), job);
-      EXPECT_TRUE(r == mctest::Identity(3));
+      EXPECT_TRUE(r == Identity(3));
     }
   }
 }

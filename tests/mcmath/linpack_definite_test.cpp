@@ -16,38 +16,33 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kMaxOrder;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 Columns FactorByLapack(Columns a) {
   LAPACKE_dpotrf(LAPACK_COL_MAJOR, 'U', a.Rows(), a.Data(), a.Ld());
-  return mctest::UpperTriangle(a, a.Rows());
+  return UpperTriangle(a, a.Rows());
 }
 
 TEST(LinpackDefinite, FactorsSolvesAndEstimatesInFullStorage) {
   RandomColumns source(21);
   for (int n = 1; n <= kMaxOrder; ++n) {
     SCOPED_TRACE(n);
-    for (const Columns& a :
-         {source.Definite(n), mctest::ShrunkByDecades(source.Definite(n), 5.0)}) {
-      Columns r = mctest::WithGap(mctest::WithoutLower(a), 2);
-      Vector z = mctest::Junk(n);
+    for (const Columns& a : {source.Definite(n), ShrunkByDecades(source.Definite(n), 5.0)}) {
+      Columns r = WithGap(WithoutLower(a), 2);
+      Vector z = Junk(n);
       double rcond = -1.0;
       int info = -1;
       Linpack::Dpoco(r.Data(), r.Ld(), n, &rcond, z.data(), &info);
       EXPECT_EQ(info, 0);
-      const Columns upper = mctest::UpperTriangle(r, n);
-      EXPECT_LT(mctest::Distance(mctest::Product(mctest::Transposed(upper), upper), a), kThreshold);
-      EXPECT_LT(mctest::Distance(upper, FactorByLapack(a)), kThreshold / rcond);
-      mctest::ExpectEstimate(rcond, a, 20.0);
+      const Columns upper = UpperTriangle(r, n);
+      EXPECT_LT(Distance(Product(Transposed(upper), upper), a), kThreshold);
+      EXPECT_LT(Distance(upper, FactorByLapack(a)), kThreshold / rcond);
+      ExpectEstimate(rcond, a, 20.0);
       const Vector b = source.Entries(n);
       Vector x = b;
       Linpack::Dposl(r.Data(), r.Ld(), n, x.data());
-      EXPECT_LT(mctest::Residual(a, x, b), kThreshold);
-      EXPECT_TRUE(mctest::WithoutLower(r) == r) << "the lower triangle was touched";
+      EXPECT_LT(Residual(a, x, b), kThreshold);
+      EXPECT_TRUE(WithoutLower(r) == r) << "the lower triangle was touched";
       EXPECT_TRUE(r.GapsAreUntouched());
     }
   }
@@ -58,19 +53,19 @@ TEST(LinpackDefinite, InvertsAndFindsDeterminantsInFullStorage) {
   for (int n = 1; n <= kMaxOrder; n += 5) {
     SCOPED_TRACE(n);
     const Columns a = source.Definite(n);
-    Columns r = mctest::WithGap(mctest::WithoutLower(a), 2);
+    Columns r = WithGap(WithoutLower(a), 2);
     int info = -1;
     Linpack::Dpofa(r.Data(), r.Ld(), n, &info);
     Vector det(2);
     const Columns factor = r;
     Linpack::Dpodi(r.Data(), r.Ld(), n, det.data(), 10);
     EXPECT_TRUE(r == factor);
-    mctest::ExpectDeterminant(det.data(), a);
+    ExpectDeterminant(det.data(), a);
     det = {-5.0, -5.0};
     Linpack::Dpodi(r.Data(), r.Ld(), n, det.data(), 1);
     EXPECT_EQ(det, (Vector{-5.0, -5.0}));
-    mctest::ExpectInverse(mctest::FromUpper(r), a);
-    EXPECT_TRUE(mctest::WithoutLower(r) == r);
+    ExpectInverse(FromUpper(r), a);
+    EXPECT_TRUE(WithoutLower(r) == r);
   }
 }
 
@@ -80,8 +75,8 @@ TEST(LinpackDefinite, PackedStorageGivesTheBitsOfFullStorage) {
     SCOPED_TRACE(n);
     const Columns a = source.Definite(n);
     Columns full = a;
-    Vector packed = mctest::PackedUpper(a);
-    Vector z = mctest::Junk(n);
+    Vector packed = PackedUpper(a);
+    Vector z = Junk(n);
     double fullRcond = -1.0;
     double packedRcond = -2.0;
     int info = -1;
@@ -89,19 +84,19 @@ TEST(LinpackDefinite, PackedStorageGivesTheBitsOfFullStorage) {
     info = -1;
     Linpack::Dppco(packed.data(), n, &packedRcond, z.data(), &info);
     EXPECT_EQ(info, 0);
-    EXPECT_EQ(packed, mctest::PackedUpper(full));
+    EXPECT_EQ(packed, PackedUpper(full));
     EXPECT_EQ(packedRcond, fullRcond);
-    Vector factors = mctest::PackedUpper(a);
+    Vector factors = PackedUpper(a);
     Linpack::Dppfa(factors.data(), n, &info);
     EXPECT_EQ(factors, packed);
     const Vector b = source.Entries(n);
     Vector x = b;
     Linpack::Dppsl(packed.data(), n, x.data());
-    EXPECT_LT(mctest::Residual(a, x, b), kThreshold);
+    EXPECT_LT(Residual(a, x, b), kThreshold);
     Vector det(2);
     Linpack::Dppdi(packed.data(), n, det.data(), 11);
-    mctest::ExpectDeterminant(det.data(), a);
-    mctest::ExpectInverse(mctest::FromPackedUpper(n, packed), a);
+    ExpectDeterminant(det.data(), a);
+    ExpectInverse(FromPackedUpper(n, packed), a);
   }
 }
 
@@ -113,7 +108,7 @@ TEST(LinpackDefinite, ReportsTheBlockThatIsNotPositiveDefinite) {
       // The columns before the bad one don't know of it.
       const Columns expected = FactorByLapack(a);
       a(order - 1, order - 1) = bad;
-      Vector packed = mctest::PackedUpper(a);
+      Vector packed = PackedUpper(a);
       Columns full = a;
       Vector z(6);
       int info = -1;
@@ -157,20 +152,20 @@ TEST(LinpackDefinite, FactorsSolvesAndEstimatesBands) {
       SCOPED_TRACE(testing::Message() << n << ": " << m);
       const Band band(source, n, m);
       Columns r = band.stored;
-      Vector z = mctest::Junk(n);
+      Vector z = Junk(n);
       double rcond = -1.0;
       int info = -1;
       Linpack::Dpbco(r.Data(), r.Ld(), n, m, &rcond, z.data(), &info);
       EXPECT_EQ(info, 0);
-      mctest::ExpectEstimate(rcond, band.full, 10.0);
+      ExpectEstimate(rcond, band.full, 10.0);
       EXPECT_TRUE(r.GapsAreUntouched());
       const Vector b = source.Entries(n);
       Vector x = b;
       Linpack::Dpbsl(r.Data(), r.Ld(), n, m, x.data());
-      EXPECT_LT(mctest::Residual(band.full, x, b), kThreshold);
+      EXPECT_LT(Residual(band.full, x, b), kThreshold);
       Vector det(2);
       Linpack::Dpbdi(r.Data(), r.Ld(), n, m, det.data());
-      mctest::ExpectDeterminant(det.data(), band.full);
+      ExpectDeterminant(det.data(), band.full);
       const Columns expected = FactorByLapack(band.full);
       for (int j = 0; j < n; ++j) {
         for (int i = std::max(0, j - m); i <= j; ++i) {
@@ -243,7 +238,7 @@ TEST(LinpackTridiagonal, SolvesGeneralSystems) {
     int info = -1;
     Linpack::Dgtsl(n, c.data(), d.data(), e.data(), x.data(), &info);
     EXPECT_EQ(info, 0);
-    EXPECT_LT(mctest::Residual(a, x, b), kThreshold);
+    EXPECT_LT(Residual(a, x, b), kThreshold);
   }
 }
 
@@ -273,7 +268,7 @@ TEST(LinpackTridiagonal, SolvesDefiniteSystems) {
     const Vector b = source.Entries(n);
     Vector x = b;
     Linpack::Dptsl(n, d.data(), e.data(), x.data());
-    EXPECT_LT(mctest::Residual(a, x, b), kThreshold);
+    EXPECT_LT(Residual(a, x, b), kThreshold);
   }
 }
 

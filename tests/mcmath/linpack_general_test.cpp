@@ -19,11 +19,7 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kMaxOrder;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 /// The factors of a general matrix, with a gap between columns.
 struct Factored {
@@ -32,8 +28,8 @@ struct Factored {
   double rcond = -1.0;
 
   explicit Factored(const Columns& given)
-      : a(mctest::WithGap(given, 3)), ipvt(static_cast<std::size_t>(given.Rows())) {
-    Vector z = mctest::Junk(given.Rows());
+      : a(WithGap(given, 3)), ipvt(static_cast<std::size_t>(given.Rows())) {
+    Vector z = Junk(given.Rows());
     Linpack::Dgeco(a.Data(), a.Ld(), a.Rows(), ipvt.data(), &rcond, z.data());
   }
 
@@ -44,8 +40,8 @@ struct Factored {
 };
 
 void ExpectSolutions(const Columns& a, const Factored& factored, const Vector& b) {
-  EXPECT_LT(mctest::Residual(a, factored.Solve(b, 0), b), kThreshold);
-  EXPECT_LT(mctest::Residual(mctest::Transposed(a), factored.Solve(b, 1), b), kThreshold);
+  EXPECT_LT(Residual(a, factored.Solve(b, 0), b), kThreshold);
+  EXPECT_LT(Residual(Transposed(a), factored.Solve(b, 1), b), kThreshold);
   EXPECT_TRUE(factored.a.GapsAreUntouched());
 }
 
@@ -63,7 +59,7 @@ TEST(LinpackGeneral, SolvesRandomSystemsAndTheirTransposes) {
     const Factored factored(a);
     EXPECT_EQ(factored.ipvt, PivotsByLapack(a));
     ExpectSolutions(a, factored, source.Entries(n));
-    mctest::ExpectEstimate(factored.rcond, a, 10.0);
+    ExpectEstimate(factored.rcond, a, 10.0);
   }
 }
 
@@ -71,17 +67,17 @@ TEST(LinpackGeneral, SolvesGradedSystems) {
   RandomColumns source(2);
   for (int n = 1; n <= kMaxOrder; n += 3) {
     SCOPED_TRACE(n);
-    for (const Columns& a : {source.Graded(n, n), mctest::Transposed(source.Graded(n, n))}) {
+    for (const Columns& a : {source.Graded(n, n), Transposed(source.Graded(n, n))}) {
       const Factored factored(a);
       ExpectSolutions(a, factored, source.Entries(n));
-      mctest::ExpectEstimate(factored.rcond, a, 20.0);
+      ExpectEstimate(factored.rcond, a, 20.0);
     }
   }
 }
 
 TEST(LinpackGeneral, FactorsAreThoseOfTheRoutineThatEstimates) {
   RandomColumns source(3);
-  const Columns a = mctest::WithGap(source.Matrix(20, 20), 3);
+  const Columns a = WithGap(source.Matrix(20, 20), 3);
   Columns factors = a;
   std::vector<int> ipvt(20);
   int info = -1;
@@ -136,7 +132,7 @@ TEST(LinpackGeneral, EstimatesTheSameAtTheEndsOfTheRange) {
   const Columns a = source.Matrix(12, 12);
   const double expected = Factored(a).rcond;
   for (const double scale : {0x1p-900, 0x1p+900}) {
-    EXPECT_DOUBLE_EQ(Factored(mctest::Scaled(a, scale)).rcond, expected);
+    EXPECT_DOUBLE_EQ(Factored(Scaled(a, scale)).rcond, expected);
   }
 }
 
@@ -158,14 +154,14 @@ TEST(LinpackGeneral, InvertsAndFindsDeterminants) {
     for (const int job : {1, 10, 11}) {
       Factored factored(a);
       Vector det = {-5.0, -5.0};
-      Vector work = mctest::Junk(job % 10 == 0 ? 0 : n);
+      Vector work = Junk(job % 10 == 0 ? 0 : n);
       Linpack::Dgedi(factored.a.Data(), factored.a.Ld(), n, factored.ipvt.data(), det.data(),
                      work.data(), job);
-      if (job != 1) mctest::ExpectDeterminant(det.data(), a);
+      if (job != 1) ExpectDeterminant(det.data(), a);
       if (job == 1) {
         EXPECT_EQ(det, (Vector{-5.0, -5.0}));
       }
-      if (job != 10) mctest::ExpectInverse(factored.a, a);
+      if (job != 10) ExpectInverse(factored.a, a);
       if (job == 10) {
         EXPECT_TRUE(factored.a == Factored(a).a);
       }
@@ -285,7 +281,7 @@ TEST(LinpackGeneral, ReachesColumnsBeyond31Bits) {
   Vector x = b;
   Linpack::Dgeco(a, kLd, 3, ipvt.data(), &rcond, z.data());
   Linpack::Dgesl(a, kLd, 3, ipvt.data(), x.data(), 0);
-  EXPECT_LT(mctest::Residual(given, x, b), kThreshold);
+  EXPECT_LT(Residual(given, x, b), kThreshold);
 }
 
 /// A random band matrix, and its band storage with junk wherever no element stands.
@@ -314,7 +310,7 @@ struct FactoredBand {
   explicit FactoredBand(const Band& given)
       : band(given), ipvt(static_cast<std::size_t>(given.full.Rows())) {
     Columns& stored = band.stored;
-    Vector z = mctest::Junk(stored.Cols());
+    Vector z = Junk(stored.Cols());
     Linpack::Dgbco(stored.Data(), stored.Ld(), stored.Cols(), band.ml, band.mu, ipvt.data(), &rcond,
                    z.data());
   }
@@ -337,15 +333,14 @@ TEST(LinpackBand, SolvesEstimatesAndFindsDeterminants) {
       const FactoredBand factored(band);
       EXPECT_EQ(factored.ipvt, PivotsByLapack(band.full));
       const Vector b = source.Entries(n);
-      EXPECT_LT(mctest::Residual(band.full, factored.Solve(b, 0), b), kThreshold);
-      EXPECT_LT(mctest::Residual(mctest::Transposed(band.full), factored.Solve(b, 1), b),
-                kThreshold);
+      EXPECT_LT(Residual(band.full, factored.Solve(b, 0), b), kThreshold);
+      EXPECT_LT(Residual(Transposed(band.full), factored.Solve(b, 1), b), kThreshold);
       EXPECT_TRUE(factored.band.stored.GapsAreUntouched());
-      mctest::ExpectEstimate(factored.rcond, band.full, 30.0);
+      ExpectEstimate(factored.rcond, band.full, 30.0);
       Vector det(2);
       Linpack::Dgbdi(factored.band.stored.Data(), band.stored.Ld(), n, ml, mu, factored.ipvt.data(),
                      det.data());
-      mctest::ExpectDeterminant(det.data(), band.full);
+      ExpectDeterminant(det.data(), band.full);
     }
   }
 }

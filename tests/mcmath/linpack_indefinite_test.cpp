@@ -17,17 +17,13 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kMaxOrder;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 using Inertia = std::array<int, 3>;
 
 Inertia InertiaByLapack(const Columns& a) {
   Inertia result = {};
-  for (const double value : mctest::EigenvaluesByLapack(a)) ++result[value > 0.0 ? 0 : 1];
+  for (const double value : EigenvaluesByLapack(a)) ++result[value > 0.0 ? 0 : 1];
   return result;
 }
 
@@ -44,9 +40,8 @@ struct Factored {
   double rcond = -1.0;
 
   explicit Factored(const Columns& given)
-      : a(mctest::WithGap(mctest::WithoutLower(given), 2)),
-        kpvt(static_cast<std::size_t>(given.Rows())) {
-    Vector z = mctest::Junk(given.Rows());
+      : a(WithGap(WithoutLower(given), 2)), kpvt(static_cast<std::size_t>(given.Rows())) {
+    Vector z = Junk(given.Rows());
     Linpack::Dsico(a.Data(), a.Ld(), a.Rows(), kpvt.data(), &rcond, z.data());
   }
 };
@@ -54,9 +49,9 @@ struct Factored {
 void ExpectSolution(const Columns& a, const Factored& factored, const Vector& b) {
   Vector x = b;
   Linpack::Dsisl(factored.a.Data(), factored.a.Ld(), a.Rows(), factored.kpvt.data(), x.data());
-  EXPECT_LT(mctest::Residual(a, x, b), kThreshold);
+  EXPECT_LT(Residual(a, x, b), kThreshold);
   EXPECT_TRUE(factored.a.GapsAreUntouched());
-  EXPECT_TRUE(mctest::WithoutLower(factored.a) == factored.a) << "the lower triangle was touched";
+  EXPECT_TRUE(WithoutLower(factored.a) == factored.a) << "the lower triangle was touched";
 }
 
 TEST(LinpackIndefinite, SolvesAndEstimatesInFullStorage) {
@@ -64,10 +59,10 @@ TEST(LinpackIndefinite, SolvesAndEstimatesInFullStorage) {
   for (int n = 1; n <= kMaxOrder; ++n) {
     SCOPED_TRACE(n);
     for (const Columns& a : {source.Symmetric(n), Hollow(source, n), source.Definite(n),
-                             mctest::ShrunkByDecades(source.Symmetric(n), 4.0)}) {
+                             ShrunkByDecades(source.Symmetric(n), 4.0)}) {
       const Factored factored(a);
       ExpectSolution(a, factored, source.Entries(n));
-      mctest::ExpectEstimate(factored.rcond, a, 30.0);
+      ExpectEstimate(factored.rcond, a, 30.0);
     }
   }
 }
@@ -120,17 +115,17 @@ TEST(LinpackIndefinite, InvertsAndFindsDeterminants) {
   for (int n = 1; n <= kMaxOrder; n += 3) {
     SCOPED_TRACE(n);
     for (const Columns& a : {source.Symmetric(n), Hollow(source, n), source.Definite(n)}) {
-      if (mctest::ReciprocalCondition(a) < 1e-10) continue;
+      if (ReciprocalCondition(a) < 1e-10) continue;
       Factored factored(a);
       Vector det(2);
       Inertia inertia = {};
-      Vector work = mctest::Junk(n);
+      Vector work = Junk(n);
       Linpack::Dsidi(factored.a.Data(), factored.a.Ld(), n, factored.kpvt.data(), det.data(),
                      inertia.data(), work.data(), 111);
-      mctest::ExpectDeterminant(det.data(), a);
+      ExpectDeterminant(det.data(), a);
       EXPECT_EQ(inertia, InertiaByLapack(a));
-      mctest::ExpectInverse(mctest::FromUpper(factored.a), a);
-      EXPECT_TRUE(mctest::WithoutLower(factored.a) == factored.a);
+      ExpectInverse(FromUpper(factored.a), a);
+      EXPECT_TRUE(WithoutLower(factored.a) == factored.a);
     }
   }
 }
@@ -141,25 +136,25 @@ TEST(LinpackIndefinite, PackedStorageGivesTheBitsOfFullStorage) {
     SCOPED_TRACE(n);
     for (const Columns& a : {source.Symmetric(n), Hollow(source, n)}) {
       Factored full(a);
-      Vector packed = mctest::PackedUpper(a);
+      Vector packed = PackedUpper(a);
       std::vector<int> kpvt(static_cast<std::size_t>(n));
-      Vector z = mctest::Junk(n);
+      Vector z = Junk(n);
       double rcond = -1.0;
       Linpack::Dspco(packed.data(), n, kpvt.data(), &rcond, z.data());
-      EXPECT_EQ(packed, mctest::PackedUpper(full.a));
+      EXPECT_EQ(packed, PackedUpper(full.a));
       EXPECT_EQ(kpvt, full.kpvt);
       EXPECT_EQ(rcond, full.rcond);
       const Vector b = source.Entries(n);
       Vector x = b;
       Linpack::Dspsl(packed.data(), n, kpvt.data(), x.data());
-      EXPECT_LT(mctest::Residual(a, x, b), kThreshold);
+      EXPECT_LT(Residual(a, x, b), kThreshold);
       Vector dets(4);
       Inertia inertia = {};
-      Vector work = mctest::Junk(n);
+      Vector work = Junk(n);
       Linpack::Dspdi(packed.data(), n, kpvt.data(), dets.data(), inertia.data(), work.data(), 111);
       Linpack::Dsidi(full.a.Data(), full.a.Ld(), n, kpvt.data(), dets.data() + 2, nullptr,
                      work.data(), 11);
-      EXPECT_EQ(packed, mctest::PackedUpper(full.a));
+      EXPECT_EQ(packed, PackedUpper(full.a));
       EXPECT_EQ(dets[0], dets[2]);
       EXPECT_EQ(dets[1], dets[3]);
       EXPECT_EQ(inertia, InertiaByLapack(a));
@@ -175,7 +170,7 @@ TEST(LinpackIndefinite, ReportsTheFirstZeroBlock) {
       for (int i = 0; i < 6; ++i) a(i, gone) = a(gone, i) = 0.0;
     }
     // With the last column zero as well, the other one stays where it is or goes further up.
-    Vector packed = mctest::PackedUpper(a);
+    Vector packed = PackedUpper(a);
     std::vector<int> kpvt(6);
     int info = -1;
     Linpack::Dspfa(packed.data(), 6, kpvt.data(), &info);
@@ -209,7 +204,7 @@ TEST(LinpackIndefinite, TellsDependentRowsByTheEstimate) {
     SCOPED_TRACE(n);
     const Columns half = source.Matrix(n - 1, n);
     const Columns inner = source.Symmetric(n - 1);
-    const Columns a = mctest::Product(mctest::Transposed(half), mctest::Product(inner, half));
+    const Columns a = Product(Transposed(half), Product(inner, half));
     EXPECT_LT(Factored(a).rcond, n * std::numeric_limits<double>::epsilon());
   }
 }
@@ -219,7 +214,7 @@ TEST(LinpackIndefinite, EstimatesTheSameAtTheEndsOfTheRange) {
   const Columns a = Hollow(source, 9);
   const double expected = Factored(a).rcond;
   for (const double scale : {0x1p-900, 0x1p+900}) {
-    EXPECT_DOUBLE_EQ(Factored(mctest::Scaled(a, scale)).rcond, expected);
+    EXPECT_DOUBLE_EQ(Factored(Scaled(a, scale)).rcond, expected);
   }
 }
 

@@ -16,11 +16,7 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kMaxOrder;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 const std::pair<int, int> kShapes[] = {{1, 1},  {1, 4},   {4, 1},   {2, 2},   {5, 3},   {3, 5},
                                        {7, 7},  {20, 6},  {6, 20},  {33, 32}, {32, 33}, {60, 60},
@@ -32,19 +28,18 @@ struct Decomposed {
   Vector qraux;
   std::vector<int> jpvt;
 
-  explicit Decomposed(const Columns& given)
-      : x(mctest::WithGap(given, 2)), qraux(mctest::Junk(given.Cols())) {
+  explicit Decomposed(const Columns& given) : x(WithGap(given, 2)), qraux(Junk(given.Cols())) {
     Linpack::Dqrdc(x.Data(), x.Ld(), x.Rows(), x.Cols(), qraux.data(), nullptr, nullptr, 0);
   }
 
   Decomposed(const Columns& given, std::vector<int> marks)
-      : x(mctest::WithGap(given, 2)), qraux(mctest::Junk(given.Cols())), jpvt(std::move(marks)) {
-    Vector work = mctest::Junk(given.Cols());
+      : x(WithGap(given, 2)), qraux(Junk(given.Cols())), jpvt(std::move(marks)) {
+    Vector work = Junk(given.Cols());
     Linpack::Dqrdc(x.Data(), x.Ld(), x.Rows(), x.Cols(), qraux.data(), jpvt.data(), work.data(), 1);
   }
 
   int Rank() const { return std::min(x.Rows(), x.Cols()); }
-  Columns R() const { return mctest::UpperTriangle(x, Rank()); }
+  Columns R() const { return UpperTriangle(x, Rank()); }
 
   /// Q y or Q'y, of the first k columns.
   Vector Apply(Vector y, bool transposed, int k) {
@@ -73,7 +68,7 @@ struct Decomposed {
 /// The first columns of Q times R.
 Columns Reassembled(Decomposed& qr) {
   const Columns q = qr.Q();
-  return mctest::Product(mctest::Leading(q, q.Rows(), qr.Rank()), qr.R());
+  return Product(Leading(q, q.Rows(), qr.Rank()), qr.R());
 }
 
 /// R by LAPACK, which chooses the same signs.
@@ -81,7 +76,7 @@ Columns RByLapack(Columns x) {
   const int rank = std::min(x.Rows(), x.Cols());
   Vector tau(static_cast<std::size_t>(rank));
   LAPACKE_dgeqrf(LAPACK_COL_MAJOR, x.Rows(), x.Cols(), x.Data(), x.Ld(), tau.data());
-  return mctest::UpperTriangle(x, rank);
+  return UpperTriangle(x, rank);
 }
 
 TEST(LinpackQr, DecomposesAllShapes) {
@@ -90,13 +85,12 @@ TEST(LinpackQr, DecomposesAllShapes) {
     SCOPED_TRACE(testing::Message() << n << " by " << p);
     const Columns x = source.Matrix(n, p);
     Decomposed qr(x);
-    EXPECT_LT(mctest::Distance(Reassembled(qr), x), kThreshold);
+    EXPECT_LT(Distance(Reassembled(qr), x), kThreshold);
     const Columns q = qr.Q();
-    EXPECT_LT(mctest::Distance(mctest::Product(mctest::Transposed(q), q), mctest::Identity(n)),
-              kThreshold);
+    EXPECT_LT(Distance(Product(Transposed(q), q), Identity(n)), kThreshold);
     EXPECT_TRUE(qr.x.GapsAreUntouched());
     if (n >= p) {
-      EXPECT_LT(mctest::Distance(qr.R(), RByLapack(x)), 100 * kThreshold);
+      EXPECT_LT(Distance(qr.R(), RByLapack(x)), 100 * kThreshold);
     }
   }
 }
@@ -107,7 +101,7 @@ TEST(LinpackQr, TakesColumnsByTheirRemainingNorm) {
     SCOPED_TRACE(testing::Message() << n << " by " << p);
     const Columns x = source.Matrix(n, p);
     Decomposed qr(x, std::vector<int>(static_cast<std::size_t>(p)));
-    EXPECT_LT(mctest::Distance(Reassembled(qr), mctest::InOrder(x, qr.jpvt)), kThreshold);
+    EXPECT_LT(Distance(Reassembled(qr), InOrder(x, qr.jpvt)), kThreshold);
     Columns copy = x;
     std::vector<int> expected(static_cast<std::size_t>(p));
     Vector tau(static_cast<std::size_t>(p));
@@ -131,7 +125,7 @@ TEST(LinpackQr, ShowsTheRankOfDependentColumns) {
   RandomColumns source(63);
   for (const int rank : {0, 1, 4, 9}) {
     SCOPED_TRACE(rank);
-    const Columns x = mctest::Product(source.Matrix(30, rank), source.Matrix(rank, 12));
+    const Columns x = Product(source.Matrix(30, rank), source.Matrix(rank, 12));
     Decomposed qr(x, std::vector<int>(12));
     for (int k = 0; k < 12; ++k) {
       if (k < rank) {
@@ -149,7 +143,7 @@ TEST(LinpackQr, KeepsInitialAndFinalColumnsInTheirPlaces) {
   const Columns x = source.Matrix(15, 8);
   // Columns 3 and 7 first, 1 and 5 last.
   Decomposed qr(x, {-1, 0, 1, 0, -1, 0, 1, 0});
-  EXPECT_LT(mctest::Distance(Reassembled(qr), mctest::InOrder(x, qr.jpvt)), kThreshold);
+  EXPECT_LT(Distance(Reassembled(qr), InOrder(x, qr.jpvt)), kThreshold);
   EXPECT_EQ((std::vector<int>{qr.jpvt[0], qr.jpvt[1]}), (std::vector<int>{3, 7}));
   std::vector<int> last(qr.jpvt.begin() + 6, qr.jpvt.end());
   std::sort(last.begin(), last.end());
@@ -201,7 +195,7 @@ void ExpectNear(const Vector& actual, const Vector& expected) {
 Vector Fitted(const Columns& x, const Vector& b) {
   Vector all(static_cast<std::size_t>(x.Cols()));
   std::copy(b.begin(), b.end(), all.begin());
-  return mctest::Product(x, all);
+  return Product(x, all);
 }
 
 Vector Minus(Vector a, const Vector& b) {
@@ -238,13 +232,13 @@ TEST(LinpackQr, SolvesLeastSquares) {
     EXPECT_EQ(all.info, 0);
     EXPECT_TRUE(qr.x == before.x);
     EXPECT_EQ(qr.qraux, before.qraux);
-    if (mctest::SingularValuesByLapack(x).back() > 1e-2) {
+    if (SingularValuesByLapack(x).back() > 1e-2) {
       ExpectNear(all.b, CoefficientsByLapack(x, y));
       ExpectNear(all.xb, Fitted(x, all.b));
       ExpectNear(all.rsd, Minus(y, Fitted(x, all.b)));
     }
-    ExpectNear(mctest::Product(qr.Q(), y), all.qy);
-    ExpectNear(mctest::Product(mctest::Transposed(qr.Q()), y), all.qty);
+    ExpectNear(Product(qr.Q(), y), all.qy);
+    ExpectNear(Product(Transposed(qr.Q()), y), all.qty);
   }
 }
 
@@ -254,7 +248,7 @@ TEST(LinpackQr, UsesTheFirstColumnsOnly) {
   Decomposed qr(x);
   const Vector y = source.Entries(12);
   for (int k = 1; k <= 5; ++k) {
-    const Columns first = mctest::Leading(x, 12, k);
+    const Columns first = Leading(x, 12, k);
     const LeastSquares fit(qr, y, k, 111);
     ExpectNear(fit.b, CoefficientsByLapack(first, y));
     ExpectNear(fit.xb, Fitted(first, fit.b));
@@ -274,10 +268,10 @@ TEST(LinpackQr, MakesWhatTheDigitsAskForAndNoMore) {
     for (const bool bit : wanted) job = 10 * job + (bit ? 1 : 0);
     SCOPED_TRACE(job);
     const LeastSquares some(qr, y, 4, job);
-    const Vector junk = mctest::Junk(9);
+    const Vector junk = Junk(9);
     EXPECT_EQ(some.qy, wanted[0] ? all.qy : junk);
     EXPECT_EQ(some.qty, job % 10000 != 0 ? all.qty : junk);
-    EXPECT_EQ(some.b, wanted[2] ? all.b : mctest::Junk(4));
+    EXPECT_EQ(some.b, wanted[2] ? all.b : Junk(4));
     EXPECT_EQ(some.rsd, wanted[3] ? all.rsd : junk);
     EXPECT_EQ(some.xb, wanted[4] ? all.xb : junk);
   }
@@ -331,7 +325,7 @@ TEST(LinpackQr, DecomposesAtTheEndsOfTheRange) {
   const Columns x = source.Matrix(8, 5);
   const Decomposed expected(x);
   for (const double scale : {0x1p-1000, 0x1p+1000}) {
-    const Columns r = Decomposed(mctest::Scaled(x, scale)).R();
+    const Columns r = Decomposed(Scaled(x, scale)).R();
     for (int j = 0; j < 5; ++j) {
       for (int i = 0; i <= j; ++i) EXPECT_NEAR(r(i, j) / scale, expected.x(i, j), 1e-14);
     }

@@ -16,10 +16,7 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 const std::pair<int, int> kShapes[] = {{1, 1},  {1, 2},   {1, 5},  {2, 1},  {5, 1},   {2, 2},
                                        {3, 2},  {2, 3},   {4, 4},  {4, 5},  {5, 4},   {9, 3},
@@ -40,19 +37,19 @@ struct Decomposed {
   int info = -1;
 
   Decomposed(const Columns& given, int job)
-      : x(mctest::WithGap(given, 2)),
-        s(mctest::Junk(std::min(x.Rows() + 1, x.Cols()))),
-        e(mctest::Junk(x.Cols())),
+      : x(WithGap(given, 2)),
+        s(Junk(std::min(x.Rows() + 1, x.Cols()))),
+        e(Junk(x.Cols())),
         u(x.Rows(), LeftColumns(x.Rows(), x.Cols(), job / 10), 1),
         v(job % 10 == 0 ? 0 : x.Cols(), job % 10 == 0 ? 0 : x.Cols(), 1) {
-    Vector work = mctest::Junk(x.Rows());
+    Vector work = Junk(x.Rows());
     Linpack::Dsvdc(x.Data(), x.Ld(), x.Rows(), x.Cols(), s.data(), e.data(), u.Data(), u.Ld(),
                    v.Data(), v.Ld(), work.data(), job, &info);
   }
 };
 
 void ExpectValues(const Vector& s, const Columns& x) {
-  const Vector expected = mctest::SingularValuesByLapack(x);
+  const Vector expected = SingularValuesByLapack(x);
   const double unit = 2.3e-16 * std::max(x.Rows(), x.Cols()) * std::max(expected.front(), 1e-300);
   for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(s[i], expected[i], 10.0 * unit);
   for (std::size_t i = 1; i < s.size(); ++i) EXPECT_LE(s[i], s[i - 1]);
@@ -60,8 +57,8 @@ void ExpectValues(const Vector& s, const Columns& x) {
 }
 
 void ExpectOrthonormal(const Columns& vectors) {
-  const Columns products = mctest::Product(mctest::Transposed(vectors), vectors);
-  EXPECT_LT(mctest::Distance(products, mctest::Identity(vectors.Cols())), kThreshold);
+  const Columns products = Product(Transposed(vectors), vectors);
+  EXPECT_LT(Distance(products, Identity(vectors.Cols())), kThreshold);
 }
 
 /// U diag(s) V' of the first min(n, p) vectors.
@@ -73,7 +70,7 @@ Columns Reassembled(const Decomposed& svd, int n, int p) {
     for (int i = 0; i < n; ++i) scaled(i, k) = svd.u(i, k) * svd.s[static_cast<std::size_t>(k)];
     for (int j = 0; j < p; ++j) right(k, j) = svd.v(j, k);
   }
-  return mctest::Product(scaled, right);
+  return Product(scaled, right);
 }
 
 bool IsZero(double x) {
@@ -94,7 +91,7 @@ void ExpectDecomposition(const Columns& x) {
     if (job >= 10) ExpectOrthonormal(svd.u);
     if (job % 10 != 0) ExpectOrthonormal(svd.v);
     if (job == 11 || job == 21) {
-      EXPECT_LT(mctest::Distance(Reassembled(svd, x.Rows(), x.Cols()), x), kThreshold);
+      EXPECT_LT(Distance(Reassembled(svd, x.Rows(), x.Cols()), x), kThreshold);
     }
     EXPECT_TRUE(svd.x.GapsAreUntouched() && svd.u.GapsAreUntouched() && svd.v.GapsAreUntouched());
   }
@@ -113,7 +110,7 @@ TEST(LinpackSvd, DecomposesGradedMatrices) {
   for (const auto& [n, p] : {std::pair{12, 12}, {30, 11}, {11, 30}}) {
     SCOPED_TRACE(testing::Message() << n << " by " << p);
     ExpectDecomposition(source.Graded(n, p));
-    ExpectDecomposition(mctest::Transposed(source.Graded(p, n)));
+    ExpectDecomposition(Transposed(source.Graded(p, n)));
   }
 }
 
@@ -122,7 +119,7 @@ TEST(LinpackSvd, DecomposesMatricesOfLowRank) {
   for (const auto& [n, p] : {std::pair{10, 10}, {17, 6}, {6, 17}}) {
     for (const int rank : {0, 1, 3, 5}) {
       SCOPED_TRACE(testing::Message() << n << " by " << p << ", " << rank);
-      const Columns x = mctest::Product(source.Matrix(n, rank), source.Matrix(rank, p));
+      const Columns x = Product(source.Matrix(n, rank), source.Matrix(rank, p));
       ExpectDecomposition(x);
       const Decomposed svd(x, 0);
       for (std::size_t i = static_cast<std::size_t>(rank); i < svd.s.size(); ++i) {
@@ -142,7 +139,7 @@ TEST(LinpackSvd, SplitsAtZerosOfTheDiagonal) {
     }
     SCOPED_TRACE(zero);
     ExpectDecomposition(x);
-    ExpectDecomposition(mctest::Transposed(x));
+    ExpectDecomposition(Transposed(x));
   }
 }
 
@@ -160,7 +157,7 @@ TEST(LinpackSvd, KeepsItsDigitsAtTheEndsOfTheRange) {
   const Columns x = source.Matrix(9, 6);
   const Decomposed expected(x, 11);
   for (const double scale : {0x1p-960, 0x1p+1000}) {
-    const Decomposed svd(mctest::Scaled(x, scale), 11);
+    const Decomposed svd(Scaled(x, scale), 11);
     EXPECT_EQ(svd.info, 0);
     for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(svd.s[i] / scale, expected.s[i], 1e-14);
   }
@@ -172,9 +169,9 @@ TEST(LinpackSvd, VectorsMayTakeThePlaceOfTheMatrix) {
     SCOPED_TRACE(testing::Message() << n << " by " << p);
     const Columns x = source.Matrix(n, p);
     const Decomposed expected(x, 21);
-    Vector s = mctest::Junk(std::min(n + 1, p));
-    Vector e = mctest::Junk(p);
-    Vector work = mctest::Junk(n);
+    Vector s = Junk(std::min(n + 1, p));
+    Vector e = Junk(p);
+    Vector work = Junk(n);
     int info = -1;
     Columns left = x;
     Linpack::Dsvdc(left.Data(), n, n, p, s.data(), e.data(), left.Data(), n, nullptr, 1,

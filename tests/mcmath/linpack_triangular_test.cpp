@@ -15,11 +15,7 @@
 namespace {
 
 using MCCommonMath::Linpack;
-using mctest::Columns;
-using mctest::kMaxOrder;
-using mctest::kThreshold;
-using mctest::RandomColumns;
-using mctest::Vector;
+using namespace mctest;
 
 /// One triangle of a matrix; the other one is zero, or junk where a routine is not to look at it.
 Columns Triangle(const Columns& a, bool upper, double beyond) {
@@ -54,7 +50,7 @@ TEST(LinpackTriangular, SolvesBothTrianglesAndTheirTransposes) {
       int info = -1;
       Linpack::Dtrsl(given.Data(), given.Ld(), n, x.data(), job, &info);
       EXPECT_EQ(info, 0);
-      EXPECT_LT(mctest::Residual(job < 10 ? t : mctest::Transposed(t), x, b), kThreshold);
+      EXPECT_LT(Residual(job < 10 ? t : Transposed(t), x, b), kThreshold);
     }
   }
 }
@@ -66,10 +62,10 @@ TEST(LinpackTriangular, EstimatesTheCondition) {
     const Columns square = RandomSquare(source, n);
     for (const int job : {0, 1}) {
       const Columns given = Triangle(square, job == 1, std::nan(""));
-      Vector z = mctest::Junk(n);
+      Vector z = Junk(n);
       double rcond = -1.0;
       Linpack::Dtrco(given.Data(), given.Ld(), n, &rcond, z.data(), job);
-      mctest::ExpectEstimate(rcond, Triangle(square, job == 1, 0.0), 10.0);
+      ExpectEstimate(rcond, Triangle(square, job == 1, 0.0), 10.0);
     }
   }
 }
@@ -102,7 +98,7 @@ TEST(LinpackTriangular, InvertsAndFindsDeterminants) {
       Linpack::Dtrdi(inverse.Data(), inverse.Ld(), n, det.data(), job, &info);
       EXPECT_EQ(info, 0);
       if (job >= 100) {
-        mctest::ExpectDeterminant(det.data(), t);
+        ExpectDeterminant(det.data(), t);
       } else {
         EXPECT_EQ(det, (Vector{-5.0, -5.0}));
       }
@@ -110,7 +106,7 @@ TEST(LinpackTriangular, InvertsAndFindsDeterminants) {
       if (job == 100) {
         EXPECT_TRUE(Triangle(square, upper, 1e99) == inverse);
       } else {
-        mctest::ExpectInverse(Triangle(inverse, upper, 0.0), t);
+        ExpectInverse(Triangle(inverse, upper, 0.0), t);
       }
     }
   }
