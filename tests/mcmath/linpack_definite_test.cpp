@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -159,6 +159,11 @@ TEST(LinpackDefinite, FactorsSolvesAndEstimatesBands) {
       EXPECT_EQ(info, 0);
       ExpectEstimate(rcond, band.full, 10.0);
       EXPECT_TRUE(r.GapsAreUntouched());
+      Columns factors = band.stored;
+      info = -1;
+      Linpack::Dpbfa(factors.Data(), factors.Ld(), n, m, &info);
+      EXPECT_EQ(info, 0);
+      EXPECT_TRUE(factors == r);
       const Vector b = source.Entries(n);
       Vector x = b;
       Linpack::Dpbsl(r.Data(), r.Ld(), n, m, x.data());
@@ -192,17 +197,29 @@ TEST(LinpackDefinite, OnlyAnswersAreTouchedWithoutRows) {
     double rcond = -1.0;
     Vector det(2);
     Linpack::Dpoco(nullptr, 1, n, &rcond, nullptr, &info);
-    EXPECT_EQ(info, 0);
+    EXPECT_EQ(std::exchange(info, -1), 0);
+    EXPECT_EQ(std::exchange(rcond, -1.0), 0.0);
+    Linpack::Dppco(nullptr, n, &rcond, nullptr, &info);
+    EXPECT_EQ(std::exchange(info, -1), 0);
+    EXPECT_EQ(std::exchange(rcond, -1.0), 0.0);
+    Linpack::Dpbco(nullptr, 1, n, 0, &rcond, nullptr, &info);
+    EXPECT_EQ(std::exchange(info, -1), 0);
     EXPECT_EQ(rcond, 0.0);
-    info = -1;
+    Linpack::Dpofa(nullptr, 1, n, &info);
+    EXPECT_EQ(std::exchange(info, -1), 0);
     Linpack::Dppfa(nullptr, n, &info);
-    EXPECT_EQ(info, 0);
+    EXPECT_EQ(std::exchange(info, -1), 0);
+    Linpack::Dpbfa(nullptr, 1, n, 0, &info);
+    EXPECT_EQ(std::exchange(info, -1), 0);
     Linpack::Dposl(nullptr, 1, n, nullptr);
     Linpack::Dppsl(nullptr, n, nullptr);
     Linpack::Dpbsl(nullptr, 1, n, 0, nullptr);
     Linpack::Dpodi(nullptr, 1, n, det.data(), 11);
+    EXPECT_EQ(std::exchange(det, Vector(2)), (Vector{1.0, 0.0}));
+    Linpack::Dppdi(nullptr, n, det.data(), 11);
+    EXPECT_EQ(std::exchange(det, Vector(2)), (Vector{1.0, 0.0}));
+    Linpack::Dpbdi(nullptr, 1, n, 0, det.data());
     EXPECT_EQ(det, (Vector{1.0, 0.0}));
-    info = -1;
     Linpack::Dgtsl(n, nullptr, nullptr, nullptr, nullptr, &info);
     EXPECT_EQ(info, 0);
     Linpack::Dptsl(n, nullptr, nullptr, nullptr);

@@ -358,7 +358,10 @@ TEST(LinpackBand, ReportsTheLastZeroPivot) {
   factors = band.stored;
   Linpack::Dgbfa(factors.Data(), factors.Ld(), 9, 2, 1, ipvt.data(), &info);
   EXPECT_EQ(info, 9);
-  EXPECT_EQ(FactoredBand(band).rcond, 0.0);
+  const FactoredBand estimated(band);
+  EXPECT_EQ(estimated.rcond, 0.0);
+  EXPECT_EQ(estimated.ipvt, ipvt);
+  EXPECT_TRUE(estimated.band.stored == factors);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -65,6 +66,26 @@ TEST(LinpackIndefinite, SolvesAndEstimatesInFullStorage) {
       ExpectEstimate(factored.rcond, a, 30.0);
     }
   }
+}
+
+TEST(LinpackIndefinite, FactorsAreThoseOfTheRoutinesThatEstimate) {
+  RandomColumns source(32);
+  const Columns a = Hollow(source, 20);
+  const Factored expected(a);
+  Columns full = WithGap(WithoutLower(a), 2);
+  std::vector<int> kpvt(20);
+  int info = -1;
+  Linpack::Dsifa(full.Data(), full.Ld(), 20, kpvt.data(), &info);
+  EXPECT_EQ(info, 0);
+  EXPECT_EQ(kpvt, expected.kpvt);
+  EXPECT_TRUE(full == expected.a);
+  Vector packed = PackedUpper(a);
+  kpvt.assign(20, 0);
+  info = -1;
+  Linpack::Dspfa(packed.data(), 20, kpvt.data(), &info);
+  EXPECT_EQ(info, 0);
+  EXPECT_EQ(kpvt, expected.kpvt);
+  EXPECT_EQ(packed, PackedUpper(expected.a));
 }
 
 TEST(LinpackIndefinite, MarksBlocksAndExchangesInThePublishedWay) {
@@ -236,10 +257,18 @@ TEST(LinpackIndefinite, OnlyAnswersAreTouchedWithoutRows) {
     Vector det(2);
     Inertia inertia = {-1, -1, -1};
     Linpack::Dsifa(nullptr, 1, n, nullptr, &info);
+    EXPECT_EQ(std::exchange(info, -1), 0);
+    Linpack::Dspfa(nullptr, n, nullptr, &info);
     EXPECT_EQ(info, 0);
+    Linpack::Dsico(nullptr, 1, n, nullptr, &rcond, nullptr);
+    EXPECT_EQ(std::exchange(rcond, -1.0), 0.0);
     Linpack::Dspco(nullptr, n, nullptr, &rcond, nullptr);
     EXPECT_EQ(rcond, 0.0);
+    Linpack::Dsisl(nullptr, 1, n, nullptr, nullptr);
     Linpack::Dspsl(nullptr, n, nullptr, nullptr);
+    Linpack::Dsidi(nullptr, 1, n, nullptr, det.data(), inertia.data(), nullptr, 111);
+    EXPECT_EQ(std::exchange(det, Vector(2)), (Vector{1.0, 0.0}));
+    EXPECT_EQ(std::exchange(inertia, Inertia{-1, -1, -1}), (Inertia{0, 0, 0}));
     Linpack::Dspdi(nullptr, n, nullptr, det.data(), inertia.data(), nullptr, 111);
     EXPECT_EQ(det, (Vector{1.0, 0.0}));
     EXPECT_EQ(inertia, (Inertia{0, 0, 0}));
