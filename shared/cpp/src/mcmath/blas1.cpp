@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace MCCommonMath {
 
@@ -133,16 +134,7 @@ void Blas1::DSwap(int n, double* dx, int incx, double* dy, int incy) {
 
 int Blas1::IDAMax(int n, const double* dx, int incx) {
   if (n < 1 || incx < 1) return 0;
-  int largest = 0;
-  double magnitude = std::fabs(dx[0]);
-  for (int i = 1; i < n; ++i) {
-    const double candidate = std::fabs(dx[Index{i} * incx]);
-    if (candidate > magnitude) {
-      largest = i;
-      magnitude = candidate;
-    }
-  }
-  return largest + 1;
+  return static_cast<int>(detail::LargestMagnitude(n, dx, incx)) + 1;
 }
 
 void Blas1::XErBla(const char* routine, int parameter) {

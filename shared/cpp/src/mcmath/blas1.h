@@ -6,7 +6,8 @@
 namespace MCCommonMath {
 
 /// The level-1 basic linear algebra subprograms (Lawson, Hanson, Kincaid and Krogh 1979) in double
-/// precision, with the published arguments in the published order; Linpack stands on them.
+/// precision, with the published arguments in the published order. Linpack is made of the same
+/// operations on contiguous vectors.
 ///
 /// A vector is an array and an increment: element i, counted from 0, of n lies at x[i * inc], or,
 /// if inc < 0, at x[(i + 1 - n) * inc], so that the vector runs backwards through an array that

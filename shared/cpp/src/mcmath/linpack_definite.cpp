@@ -54,16 +54,6 @@ void Solve(const View& view, double* b) {
   detail::SolveUpper(view, view.n, b);
 }
 
-/// z = inv(R) z.
-template <class View>
-void SolveScaled(const View& view, ConditionVector& z) {
-  for (Index k = view.n - 1; k >= 0; --k) {
-    z.Divide(k, *view.At(k, k));
-    detail::AddAbove(view, k, -z[k], z.From(0));
-  }
-  z.Normalise();
-}
-
 /// z = inv(R') z.
 template <class View>
 void SolveTransposedScaled(const View& view, ConditionVector& z) {
@@ -90,10 +80,10 @@ void FactorAndEstimate(const View& view, double* rcond, double* work, int* info)
            [&view, k](Index j) { return *view.At(k, j); });
   }
   z.Normalise();
-  SolveScaled(view, z);
+  detail::SolveUpper(view, z);
   z.Restart();
   SolveTransposedScaled(view, z);
-  SolveScaled(view, z);
+  detail::SolveUpper(view, z);
   *rcond = z.Reciprocal(norm);
 }
 

@@ -124,11 +124,7 @@ void SolveScaled(const View& view, const int* ipvt, ConditionVector& z) {
     z.Limit(k);
   }
   z.Normalise();
-  for (Index k = view.n - 1; k >= 0; --k) {
-    z.Divide(k, *view.At(k, k));
-    detail::AddAbove(view, k, -z[k], z.From(0));
-  }
-  z.Normalise();
+  detail::SolveUpper(view, z);
 }
 
 template <class View>

@@ -122,7 +122,7 @@ template <class View>
 void Eliminate(const View& view, Index k, const Pivot& pivot, int* kpvt) {
   const Index place = k + 1 - pivot.order;
   const int mark = static_cast<int>(pivot.exchanged + 1);
-  if (pivot.exchanged != place) ExchangeSymmetric(view, pivot.exchanged, place, k + 1);
+  if (pivot.exchanged != place) detail::ExchangeSymmetric(view, pivot.exchanged, place, k + 1);
   if (pivot.order == 1) {
     EliminateOne(view, k);
     kpvt[k] = mark;
@@ -302,7 +302,7 @@ void Invert(const View& view, const int* kpvt, double* work) {
     }
     column[k] += MultiplyByLeading(view, k, column, work);
     const Index exchanged = std::abs(Index{kpvt[k]}) - 1;
-    if (exchanged != k) ExchangeSymmetric(view, exchanged, k, k + order);
+    if (exchanged != k) detail::ExchangeSymmetric(view, exchanged, k, k + order);
     k += order;
   }
 }

@@ -3,6 +3,7 @@
 // What of a pair of matrices becomes of one, and the road from there to the results.
 #include "mcmath/detail/mcdot.h"
 #include "mcmath/detail/packedtriangle.h"
+#include "mcmath/detail/setbits.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mceigenvalues.h"
 
@@ -159,12 +160,10 @@ bool MCEigenValues::FactorE() {
   if (!FactorSemidefinite(E, fTol, fmCholGI, kept)) return false;
   E.GetDiagonal(fvEDiag);
   fmCholGI.LTDetInverse(nullptr, 10);
-  for (int i = 0; i < E.GetNRows(); ++i) {
-    if (!kept.IsIn(i)) continue;
-    fvKeptRows.push_back(i);
-    if (!exponents.empty()) fvExponentsE.push_back(exponents[static_cast<std::size_t>(i)]);
-  }
+  fvKeptRows = detail::SetBits(kept, E.GetNRows());
   fRankE = static_cast<int>(fvKeptRows.size());
+  if (exponents.empty()) return true;
+  for (const int i : fvKeptRows) fvExponentsE.push_back(exponents[static_cast<std::size_t>(i)]);
   return true;
 }
 
@@ -209,7 +208,7 @@ bool MCEigenValues::Solve() {
   if (!TriDiag() || !EigenValuesTQLI()) return false;
   if (fbVectors && !BackTransVectors()) return false;
   Scale(fvEigenVal, fExponent);
-  return AllFinite(fvEigenVal);
+  return AllFinite(fvEigenVal) && AllFinite(fmEigenVectors.AsVectorConst());
 }
 
 bool MCEigenValues::Run(bool withVectors) {

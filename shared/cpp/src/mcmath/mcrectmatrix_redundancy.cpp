@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/setbits.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
@@ -29,14 +30,6 @@ bool IsListBelow(const std::vector<int>& indices, int limit) {
   if (indices.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) return false;
   return std::all_of(indices.begin(), indices.end(),
                      [limit](int i) { return i >= 0 && i < limit; });
-}
-
-std::vector<int> SetBits(const MCBitSet& bits, int limit) {
-  std::vector<int> set;
-  for (int i = 0; i < limit; ++i) {
-    if (bits.IsIn(i)) set.push_back(i);
-  }
-  return set;
 }
 
 // Whether L times the entries of `row` at `positions` gives the row again.
@@ -112,7 +105,7 @@ bool MCRectMatrix::ResidOfOrthProjection(const MCRectMatrix& Z, double tol, MCBi
   resultKept.Resize(fNCols, false);
 
   for (int b = 0; b < q; ++b) products.Sweep(b, tol, scale, zKept, false);
-  for (const int r : SetBits(zKept, q)) {
+  for (const int r : detail::SetBits(zKept, q)) {
     for (int b = 0; b < fNCols; ++b) AddToColumn(b, Z, r, -products.GetElem(q + b, r));
   }
   for (int b = 0; b < fNCols; ++b) {
@@ -141,7 +134,7 @@ int MCRectMatrix::CheckAddColRedundancies(const MCRectMatrix& added, double zero
 
 bool MCRectMatrix::IsEstimable(const MCRectMatrix& L, const MCBitSet& mask, double tol) const {
   if (fNRows < 1 || fNCols < 1 || !(tol > 0.0) || mask.Size() < fNCols) return false;
-  const std::vector<int> positions = SetBits(mask, fNCols);
+  const std::vector<int> positions = detail::SetBits(mask, fNCols);
   if (L.fNRows != fNCols || static_cast<std::size_t>(L.fNCols) < positions.size()) return false;
   for (int i = 0; i < fNRows; ++i) {
     const double norm = RowNorm(i);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "mcmath/detail/setbits.h"
 #include "mcmath/linpack.h"
 #include "mcmath/mcbitset.h"
 #include "mcmath/mcsymmatrix.h"
@@ -52,11 +53,7 @@ bool MCSymMatrix::SolveIndefinite(double tol, const std::vector<double>& b,
 bool MCSymMatrix::SolveIndefinite(const MCBitSet& keep, const std::vector<double>& b,
                                   std::vector<double>& x) const {
   if (fNRows < 1 || keep.Size() < fNRows || b.size() < Rows()) return false;
-  std::vector<int> rows;
-  for (int i = 0; i < fNRows; ++i) {
-    if (keep.IsIn(i)) rows.push_back(i);
-  }
-  return SolveOnRows(*this, rows, b, x);
+  return SolveOnRows(*this, detail::SetBits(keep, fNRows), b, x);
 }
 
 }  // namespace MCCommonMath

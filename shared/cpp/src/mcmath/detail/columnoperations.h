@@ -73,14 +73,16 @@ inline void Rotate(Index n, double* x, double* y, double c, double s) {
   for (Index i = 0; i < n; ++i) Rotate(x[i], y[i], c, s);
 }
 
-/// Position, from 0, of the first element of the largest magnitude; n >= 1.
-inline Index LargestMagnitude(Index n, const double* x) {
+/// Position, from 0, of the first element of the largest magnitude; n >= 1. Those of a vector with
+/// an increment lie `inc` apart.
+inline Index LargestMagnitude(Index n, const double* x, Index inc = 1) {
   Index largest = 0;
   double magnitude = std::fabs(x[0]);
   for (Index i = 1; i < n; ++i) {
-    if (std::fabs(x[i]) > magnitude) {
+    const double candidate = std::fabs(x[i * inc]);
+    if (candidate > magnitude) {
       largest = i;
-      magnitude = std::fabs(x[i]);
+      magnitude = candidate;
     }
   }
   return largest;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mcmath/detail/columnoperations.h"
+#include "mcmath/detail/triangles.h"
 
 #include <cmath>
 
@@ -95,6 +96,16 @@ void ConditionVector::Grow(Index k, double pivot, Index begin, Index end, const 
       grownWith + Ahead(with, begin, end, row) < grownAgainst + Ahead(against, begin, end, row);
   fZ[k] = bAgainst ? against : with;
   for (Index j = begin; j < end; ++j) fZ[j] += fZ[k] * row(j);
+}
+
+/// z = inv(U) z, U the upper triangle of a storage of matrixviews.h.
+template <class View>
+void SolveUpper(const View& view, ConditionVector& z) {
+  for (Index k = view.n - 1; k >= 0; --k) {
+    z.Divide(k, *view.At(k, k));
+    AddAbove(view, k, -z[k], z.From(0));
+  }
+  z.Normalise();
 }
 
 }  // namespace detail
