@@ -4,6 +4,7 @@
 #include "mcmath/mceigenvalues.h"
 #include "mcmath/mcrectmatrix.h"
 #include "mcmath/mcsymmatrix.h"
+#include "support/eigenproblem.h"
 
 #include <benchmark/benchmark.h>
 #include <lapacke.h>
@@ -39,29 +40,26 @@ void EigenVectors(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(problem.Compute(values, vectors));
 }
 
-/// The problem itself, with E = H H + I.
-void EigenPair(benchmark::State& state) {
-  const MCSymMatrix H = Dense(static_cast<int>(state.range(0)));
+/// H H + I, the E of a pair.
+MCSymMatrix DefiniteFrom(const MCSymMatrix& H) {
   MCSymMatrix E;
   H.ComputeSTransS(E);
   E.AddToDiagonal(1.0);
-  MCEigenValues problem(H, E, 1e-12, 30);
+  return E;
+}
+
+void EigenPair(benchmark::State& state) {
+  const MCSymMatrix H = Dense(static_cast<int>(state.range(0)));
+  MCEigenValues problem(H, DefiniteFrom(H), 1e-12, 30);
   std::vector<double> values;
   MCRectMatrix vectors;
   for (auto _ : state) benchmark::DoNotOptimize(problem.Compute(values, vectors));
 }
 
-std::vector<double> Square(const MCSymMatrix& H) {
-  std::vector<double> square;
-  std::vector<double> row;
-  for (int i = 0; H.GetRow(i, row); ++i) square.insert(square.end(), row.begin(), row.end());
-  return square;
-}
-
 /// The copy that the driver overwrites is part of the work, as it is on the other side.
 void EigenDsyev(benchmark::State& state, char job) {
   const int n = static_cast<int>(state.range(0));
-  const std::vector<double> square = Square(Dense(n));
+  const std::vector<double> square = mctest::FullSquare(Dense(n));
   std::vector<double> values(static_cast<std::size_t>(n));
   for (auto _ : state) {
     std::vector<double> work(square);
@@ -85,11 +83,8 @@ void EigenDspev(benchmark::State& state, char job) {
 void EigenDsygv(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
   const MCSymMatrix H = Dense(n);
-  MCSymMatrix E;
-  H.ComputeSTransS(E);
-  E.AddToDiagonal(1.0);
-  const std::vector<double> square = Square(H);
-  const std::vector<double> other = Square(E);
+  const std::vector<double> square = mctest::FullSquare(H);
+  const std::vector<double> other = mctest::FullSquare(DefiniteFrom(H));
   std::vector<double> values(static_cast<std::size_t>(n));
   for (auto _ : state) {
     std::vector<double> work(square);

@@ -37,18 +37,33 @@ struct Room {
   Columns v;
 };
 
-template <class Work>
-void WorkOnCopies(benchmark::State& state, const Work& work) {
+Columns Symmetric(const benchmark::State& state) {
+  return RandomColumns(1).Symmetric(static_cast<int>(state.range(0)));
+}
+
+template <class Storage, class Work>
+void Repeat(benchmark::State& state, const Storage& start, const Work& work) {
   const int n = static_cast<int>(state.range(0));
-  const Columns start = RandomColumns(1).Symmetric(n);
-  Columns copy = start;
+  Storage copy = start;
   Room room(n);
   for (auto _ : state) {
     copy = start;
-    work(copy.Data(), n, room);
-    benchmark::DoNotOptimize(copy.Data());
+    work(copy, n, room);
+    benchmark::DoNotOptimize(copy);
     benchmark::ClobberMemory();
   }
+}
+
+template <class Work>
+void WorkOnCopies(benchmark::State& state, const Work& work) {
+  Repeat(state, Symmetric(state),
+         [&work](Columns& a, int n, Room& room) { work(a.Data(), n, room); });
+}
+
+template <class Work>
+void WorkOnPackedCopies(benchmark::State& state, const Work& work) {
+  Repeat(state, mctest::PackedUpper(Symmetric(state)),
+         [&work](Vector& packed, int n, Room& room) { work(packed.data(), n, room); });
 }
 
 void LinpackDgefa(benchmark::State& state) {
@@ -65,28 +80,16 @@ void LinpackPeerGetrf(benchmark::State& state) {
 }
 
 void LinpackDspfa(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const Vector start = mctest::PackedUpper(RandomColumns(1).Symmetric(n));
-  Vector copy = start;
-  std::vector<int> kpvt(static_cast<std::size_t>(n));
-  for (auto _ : state) {
-    copy = start;
+  WorkOnPackedCopies(state, [](double* packed, int n, Room& room) {
     int info = 0;
-    Linpack::Dspfa(copy.data(), n, kpvt.data(), &info);
-    benchmark::DoNotOptimize(copy.data());
-  }
+    Linpack::Dspfa(packed, n, room.ints.data(), &info);
+  });
 }
 
 void LinpackPeerSptrf(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const Vector start = mctest::PackedUpper(RandomColumns(1).Symmetric(n));
-  Vector copy = start;
-  std::vector<int> pivots(static_cast<std::size_t>(n));
-  for (auto _ : state) {
-    copy = start;
-    LAPACKE_dsptrf(LAPACK_COL_MAJOR, 'U', n, copy.data(), pivots.data());
-    benchmark::DoNotOptimize(copy.data());
-  }
+  WorkOnPackedCopies(state, [](double* packed, int n, Room& room) {
+    LAPACKE_dsptrf(LAPACK_COL_MAJOR, 'U', n, packed, room.ints.data());
+  });
 }
 
 void LinpackDqrdc(benchmark::State& state) {
