@@ -139,7 +139,9 @@ Columns WithoutLastRow(const Columns& a) {
   return Leading(a, a.Rows() - 1, a.Cols());
 }
 
-/// Row signs of a factor are free: those of `actual` are brought to a positive diagonal.
+/// Row signs of a factor are free: those of `actual` are brought to a positive diagonal. With
+/// twice as many rows as columns, cross-products have conditions well below a hundred; rho, a
+/// difference of squares, has a digit less.
 void ExpectSame(const Problem& actual, const Problem& expected) {
   for (int i = 0; i < actual.r.Rows(); ++i) {
     const double sign = actual.r(i, i) < 0.0 ? -1.0 : 1.0;

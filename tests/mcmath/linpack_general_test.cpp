@@ -132,6 +132,7 @@ TEST(LinpackGeneral, EstimatesTheSameAtTheEndsOfTheRange) {
   const Columns a = source.Matrix(12, 12);
   const double expected = Factored(a).rcond;
   for (const double scale : {0x1p-900, 0x1p+900}) {
+    // Apart from the rounding of the factors that keep the vector of the estimate in range.
     EXPECT_DOUBLE_EQ(Factored(Scaled(a, scale)).rcond, expected);
   }
 }

@@ -235,6 +235,7 @@ TEST(LinpackIndefinite, EstimatesTheSameAtTheEndsOfTheRange) {
   const Columns a = Hollow(source, 9);
   const double expected = Factored(a).rcond;
   for (const double scale : {0x1p-900, 0x1p+900}) {
+    // Apart from the rounding of the factors that keep the vector of the estimate in range.
     EXPECT_DOUBLE_EQ(Factored(Scaled(a, scale)).rcond, expected);
   }
 }

@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -168,56 +170,52 @@ TEST(MCEigenValuesPair, TheToleranceDecidesAboutRowsOfE) {
   EXPECT_EQ(values, Vector{3});
 }
 
-TEST(MCEigenValuesPair, AnEAtTheEndsOfTheDoublesOnlyScales) {
-  const MCSymMatrix H = mctest::NoisySymmetric(5, 45);
-  const MCSymMatrix E = mctest::NoisyDefinite(5, 46);
-  MCEigenValues problem(H, E, 1e-12, 30);
+struct Solution {
   Vector values;
   MCRectMatrix vectors;
-  ASSERT_EQ(problem.Compute(values, vectors), 5);
-  for (const int exponent : {-900, -400, 400, 900}) {
-    MCSymMatrix scaledH = H;
-    MCSymMatrix scaledE = E;
-    for (double& x : scaledH.AsVector()) x = std::ldexp(x, exponent);
-    for (double& x : scaledE.AsVector()) x = std::ldexp(x, exponent);
-    MCEigenValues scaled(scaledH, scaledE, 1e-12, 30);
-    EXPECT_TRUE(scaled.IsValidEMatrix());
-    Vector scaledValues;
-    MCRectMatrix scaledVectors;
-    ASSERT_EQ(scaled.Compute(scaledValues, scaledVectors), 5) << exponent;
-    EXPECT_EQ(scaledValues, values) << exponent;
-    for (double& x : scaledVectors.AsVector()) x = std::ldexp(x, exponent / 2);
-    EXPECT_EQ(scaledVectors.AsVectorConst(), vectors.AsVectorConst()) << exponent;
-  }
+};
+
+Solution Solved(const MCSymMatrix& H, const MCSymMatrix& E) {
+  MCEigenValues problem(H, E, 1e-12, 30);
+  EXPECT_TRUE(problem.IsValidEMatrix());
+  Solution solution;
+  EXPECT_EQ(problem.Compute(solution.values, solution.vectors), H.GetNRows());
+  return solution;
 }
 
-// Rows of E are further apart than the range of doubles is wide from 1 on. Multiplying row and
-// column i of both matrices by a power of two leaves the values as they are, to the bit.
-TEST(MCEigenValuesPair, RowsOfEMayLieAtBothEndsOfTheDoubles) {
-  const MCSymMatrix H = mctest::NoisySymmetric(4, 45);
-  const MCSymMatrix E = mctest::NoisyDefinite(4, 46);
-  MCEigenValues problem(H, E, 1e-12, 30);
-  Vector values;
-  MCRectMatrix vectors;
-  ASSERT_EQ(problem.Compute(values, vectors), 4);
-  const int exponents[4] = {500, -480, 0, -490};
-  MCSymMatrix scaledH = H;
-  MCSymMatrix scaledE = E;
-  for (int i = 0; i < 4; ++i) {
+// Row and column i multiplied by the power of two of exponents[i].
+MCSymMatrix Multiplied(MCSymMatrix S, const std::vector<int>& exponents) {
+  for (int i = 0; i < S.GetNRows(); ++i) {
     for (int j = 0; j <= i; ++j) {
-      scaledH.SetElem(i, j, std::ldexp(H.GetElem(i, j), exponents[i] + exponents[j]));
-      scaledE.SetElem(i, j, std::ldexp(E.GetElem(i, j), exponents[i] + exponents[j]));
+      const int exponent =
+          exponents[static_cast<std::size_t>(i)] + exponents[static_cast<std::size_t>(j)];
+      S.SetElem(i, j, std::ldexp(S.GetElem(i, j), exponent));
     }
   }
-  MCEigenValues scaled(scaledH, scaledE, 1e-12, 30);
-  EXPECT_TRUE(scaled.IsValidEMatrix());
-  Vector scaledValues;
-  MCRectMatrix scaledVectors;
-  ASSERT_EQ(scaled.Compute(scaledValues, scaledVectors), 4);
-  EXPECT_EQ(scaledValues, values);
-  for (int i = 0; i < 4; ++i) {
-    for (int k = 0; k < 4; ++k) {
-      EXPECT_EQ(std::ldexp(scaledVectors.GetElem(i, k), exponents[i]), vectors.GetElem(i, k));
+  return S;
+}
+
+// That leaves the values as they are, to the bit, and divides row i of the vectors. The rows of the
+// last case are further apart than the range of doubles is wide from 1 on.
+TEST(MCEigenValuesPair, PowersOfTwoInTheRowsOfBothMatricesChangeNoDigit) {
+  const MCSymMatrix H = mctest::NoisySymmetric(5, 45);
+  const MCSymMatrix E = mctest::NoisyDefinite(5, 46);
+  const Solution expected = Solved(H, E);
+  const std::vector<int> cases[] = {std::vector<int>(5, -450),
+                                    std::vector<int>(5, -200),
+                                    std::vector<int>(5, 200),
+                                    std::vector<int>(5, 450),
+                                    {500, -480, 0, -490, 3}};
+  for (const std::vector<int>& exponents : cases) {
+    SCOPED_TRACE(testing::PrintToString(exponents));
+    const Solution solution = Solved(Multiplied(H, exponents), Multiplied(E, exponents));
+    EXPECT_EQ(solution.values, expected.values);
+    for (int i = 0; i < 5; ++i) {
+      for (int k = 0; k < 5; ++k) {
+        EXPECT_EQ(
+            std::ldexp(solution.vectors.GetElem(i, k), exponents[static_cast<std::size_t>(i)]),
+            expected.vectors.GetElem(i, k));
+      }
     }
   }
 }
