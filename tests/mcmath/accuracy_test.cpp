@@ -26,7 +26,7 @@ template <class Function>
 void Measure(AccuracyTable& table, const std::string& name, const std::string& file,
              Function function) {
   for (const mctest::ReferenceRow& row : mctest::ReadReference(kFolder + file)) {
-    table.Add(name, row.fRegion, function(row.fArguments), row.fValue);
+    table.Add(name, row.fRegion, function(row.fArguments), row.fValues[0]);
   }
 }
 

@@ -78,7 +78,7 @@ void MeasureAndCheck(const std::string& name, const std::string& file) {
   mctest::AccuracyTable table;
   std::vector<double> arguments;
   for (const mctest::ReferenceRow& row : mctest::ReadReference(kFolder + file)) {
-    table.Add(name, row.fRegion, One<Function>(row.fArguments[0]), row.fValue);
+    table.Add(name, row.fRegion, One<Function>(row.fArguments[0]), row.fValues[0]);
     arguments.push_back(row.fArguments[0]);
   }
   std::cout << table.Text(kBounds);

@@ -253,7 +253,7 @@ TEST(MCEigenValuesAccuracy, HilbertMatricesHaveTheReferenceValues) {
     }
     Vector values;
     ASSERT_EQ(problem.GetSorted(values, false), n);
-    const double expected = static_cast<double>(row.fValue);
+    const double expected = static_cast<double>(row.fValues[0]);
     EXPECT_NEAR(values[static_cast<std::size_t>(row.fArguments[1])], expected, 2 * n * kEps)
         << row.fRegion << ' ' << n;
     ++count;

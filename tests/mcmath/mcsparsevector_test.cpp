@@ -431,7 +431,7 @@ TEST(MCSparseVectorProbabilities, AgreeWithExtendedPrecisionForPredictorsOfEvery
     const Probabilities p = Of(eta);
     double largest = 0.0;
     for (const double x : eta) largest = std::max(largest, std::fabs(x));
-    const auto expected = static_cast<double>(row.fValue);
+    const auto expected = static_cast<double>(row.fValues[0]);
     // Exponents are kept to some 1420 in size by the shift; a few roundings of them enter.
     const double tolerance = (4.0 + 2.0 * std::min(largest, 1420.0)) * kEpsilon;
     const std::string where =

@@ -68,7 +68,6 @@ std::vector<ReferenceRow> ReadReference(const std::string& path, std::size_t val
     for (std::size_t i = cells.size() - values; i < cells.size(); ++i) {
       row.fValues.push_back(std::strtold(cells[i].c_str(), nullptr));
     }
-    row.fValue = row.fValues.back();
   }
   return rows;
 }

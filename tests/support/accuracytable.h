@@ -13,13 +13,11 @@
 namespace mctest {
 
 /// One line "region,argument,...,value" of a reference table: arguments as hexadecimal doubles,
-/// so exact, and the value to 22 decimal digits or more. Where a line has several values, fValue is
-/// the last of them.
+/// so exact, and the value, or several, to 22 decimal digits or more.
 struct ReferenceRow {
   std::string fRegion;
   std::vector<double> fArguments;
   std::vector<long double> fValues;
-  long double fValue;
 };
 
 /// All lines of the file, whose last `values` cells are values. Throws std::runtime_error if it
