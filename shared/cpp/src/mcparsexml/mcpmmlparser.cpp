@@ -68,19 +68,24 @@ MCStatus MCPMMLParser::ParseToDOM(std::istream& stream) {
   if (fpParser == nullptr) return fStatus;
   fStatus = fpParser->Parse(nullptr, &stream, fbStrict, fXercesMessage);
   if (fStatus.IsOK()) fStatus = TakeElements();
-  if (!fStatus.IsOK()) ForgetDocument();
   return fStatus;
 }
 
 MCStatus MCPMMLParser::TakeElements() {
-  fpDocument = fpParser->GetDocument();
-  fpRoot = fpDocument->getDocumentElement();
-  if (fpRoot == nullptr || !TagNameEquals(*fpRoot, Word::kPMML)) {
+  xercesc::DOMDocument* document = fpParser->GetDocument();
+  const DOMElement* root = document->getDocumentElement();
+  if (root == nullptr || !TagNameEquals(*root, Word::kPMML)) {
     return MCStatus(MCCommon::MCS_PMML_NOT_PMML, false);
   }
-  fpDataDictionary = GetFirstChildElmt(*fpRoot, Word::kDataDictionary);
-  if (fpDataDictionary == nullptr) return MCStatus(MCCommon::MCS_PMML_NO_DICTIONARY, false);
-  fpTransDictionary = GetFirstChildElmt(*fpRoot, Word::kTransformationDictionary);
+  const DOMElement* dataDictionary = GetFirstChildElmt(*root, Word::kDataDictionary);
+  if (dataDictionary == nullptr) return MCStatus(MCCommon::MCS_PMML_NO_DICTIONARY, false);
+  const DOMElement* transDictionary = GetFirstChildElmt(*root, Word::kTransformationDictionary);
+  // First, as memory may run out: no document is held then.
+  fpBins = std::make_unique<const detail::MCBinIndex>(transDictionary);
+  fpDocument = document;
+  fpRoot = root;
+  fpDataDictionary = dataDictionary;
+  fpTransDictionary = transDictionary;
   return MCStatus();
 }
 
@@ -89,6 +94,7 @@ void MCPMMLParser::ForgetDocument() {
   fpRoot = nullptr;
   fpDataDictionary = nullptr;
   fpTransDictionary = nullptr;
+  fpBins.reset();
   fpModel = nullptr;
 }
 
@@ -109,17 +115,19 @@ MCStatus MCPMMLParser::FillVarList(MCVarList& list, const std::vector<std::strin
                                    bool bins) const {
   const MCStatus status = GetDocumentStatus();
   if (!status.IsOK()) return status;
-  const detail::MCBinIndex index(bins ? fpTransDictionary : nullptr);
   detail::MCFieldReader reader({Word::kDataField, &PMMLTypes(), detail::RangePlace::kNowhere},
                                list);
   reader.Select(names);
-  if (bins) reader.TakeBins(index);
+  if (bins) reader.TakeBins(*fpBins);
   return reader.ReadFields(*fpDataDictionary);
 }
 
 bool MCPMMLParser::SetBinsFrTransDict(const std::string& field, std::vector<double>& cuts,
                                       std::vector<std::string>& labels) const {
-  return detail::MCBinIndex(fpTransDictionary).ReadBins(field, cuts, labels);
+  if (fpBins != nullptr) return fpBins->ReadBins(field, cuts, labels);
+  cuts.clear();
+  labels.clear();
+  return false;
 }
 
 }  // namespace MCComXPrsUtil

@@ -16,7 +16,8 @@ namespace MCComXPrsUtil {
 
 namespace detail {
 class DocumentParser;
-}
+class MCBinIndex;
+}  // namespace detail
 
 /// Reads what a PMML document tells of the data: variables from its dictionary and statistics from
 /// a model. Any version of PMML is read and namespaces aren't looked at; an element is known by its
@@ -132,6 +133,9 @@ protected:
   const xercesc::DOMElement* GetDataDictionary() const { return fpDataDictionary; }
   const xercesc::DOMElement* GetTransDictionary() const { return fpTransDictionary; }
 
+  /// The bins of the second, which are found once; null without document.
+  const detail::MCBinIndex* GetBins() const { return fpBins.get(); }
+
   void SetStatus(const MCCommon::MCStatus& status) { fStatus = status; }
 
 private:
@@ -145,6 +149,7 @@ private:
   const xercesc::DOMElement* fpRoot = nullptr;
   const xercesc::DOMElement* fpDataDictionary = nullptr;
   const xercesc::DOMElement* fpTransDictionary = nullptr;
+  std::unique_ptr<const detail::MCBinIndex> fpBins;
   const xercesc::DOMElement* fpModel = nullptr;
   bool fbStrict = false;
 };

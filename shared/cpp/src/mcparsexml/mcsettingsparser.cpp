@@ -336,10 +336,9 @@ MCStatus MCSettingsParser::GetFrequencyWeight(std::string& value) const {
 MCStatus MCSettingsParser::FillVarList(MCVarList& list, bool bins) const {
   const MCStatus status = GetDocumentStatus();
   if (!status.IsOK()) return status;
-  const detail::MCBinIndex index(bins ? GetTransDictionary() : nullptr);
   detail::MCFieldReader reader({Word::kDataField, &SettingsTypes(), detail::RangePlace::kField},
                                list);
-  if (bins) reader.TakeBins(index);
+  if (bins) reader.TakeBins(*GetBins());
   return reader.ReadFields(*GetDataDictionary());
 }
 
