@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs `mcfit build` as a user does: data that are read by the dictionary of the settings.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/settingstext.h"
@@ -20,11 +21,10 @@ const std::string kRoles = Parameter("target", "y") + ListParameter("inputs", {"
 
 /// A build on data and settings that the test writes.
 ProgramResult Built(const TemporaryFolder& folder, const std::string& fields,
-                    const std::string& data, const std::vector<std::string>& more = {}) {
-  std::vector<std::string> arguments = {"build", folder.Write("s.xml", Settings(fields, kRoles)),
-                                        folder.Write("d.csv", data)};
-  arguments.insert(arguments.end(), more.begin(), more.end());
-  return RunMcfit(arguments);
+                    const std::string& data, const Arguments& more = {}) {
+  return RunMcfit(Arguments{"build", folder.Write("s.xml", Settings(fields, kRoles)),
+                            folder.Write("d.csv", data)} +
+                  more);
 }
 
 /// The lines of the report that are about the parameters, by their names alone.
@@ -177,7 +177,7 @@ TEST(McfitBuildData, FactorsOfNumbersHaveTheBinsOfTheTransformationDictionary) {
 TEST(McfitBuildData, BinsHaveTheirNamesAndTheirEndsMustRise) {
   const TemporaryFolder folder;
   const auto build = [&](const std::string& bins) {
-    return std::vector<std::string>{
+    return Arguments{
         "build",
         folder.Write(
             "s.xml",

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Makes data sets with the program, as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/goldentext.h"
 #include "mcfit/support/programresults.h"
@@ -19,12 +20,6 @@
 namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
-using Arguments = std::vector<std::string>;
-
-Arguments Joined(Arguments first, const Arguments& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
 
 // The designs of the files that tests/data/mcfit/generate.py draws.
 const Arguments kDeliveries = {
@@ -36,25 +31,29 @@ const Arguments kDeliveries = {
     "--empty",      "region=North * service=express"};
 
 Arguments LinearDeliveries(const std::string& out) {
-  return Joined(
-      {"generate", "linear", out, "--dependent", "hours", "--normal", "score(-2, 0.5)", "--freq",
-       "parcels(2:4)", "--missing", "hours=0.1, service=0.2, distance=0.3, parcels=0.05",
-       "--deviation", "0.9", "--coefficients",
-       R"((Intercept)=3.25, region=East=-0.7, region="far, West" * service=express=0.5, )"
-       "distance=0.03, distance * score^2 (region=East)=0.25"},
-      kDeliveries);
+  const std::string coefficients =
+      R"((Intercept)=3.25, region=East=-0.7, region="far, West" * service=express=0.5, )"
+      "distance=0.03, distance * score^2 (region=East)=0.25";
+  const Arguments model = {"--dependent",    "hours",
+                           "--normal",       "score(-2, 0.5)",
+                           "--freq",         "parcels(2:4)",
+                           "--missing",      "hours=0.1, service=0.2, distance=0.3, parcels=0.05",
+                           "--deviation",    "0.9",
+                           "--coefficients", coefficients};
+  return Arguments{"generate", "linear", out} + model + kDeliveries;
 }
 
 Arguments LogisticDeliveries(const std::string& out) {
-  return Joined({"generate", "logistic", out, "--dependent", "outcome", "--categories",
-                 "on time, early, late", "--coefficients", "late: region=East=0.8, distance=0.001",
-                 "--coefficients", "early: (Intercept)=-0.5, distance=-0.002"},
-                kDeliveries);
+  const Arguments model = {"--dependent",    "outcome",
+                           "--categories",   "on time, early, late",
+                           "--coefficients", "late: region=East=0.8, distance=0.001",
+                           "--coefficients", "early: (Intercept)=-0.5, distance=-0.002"};
+  return Arguments{"generate", "logistic", out} + model + kDeliveries;
 }
 
 // A small linear data set on the standard output.
 ProgramResult Generate(const Arguments& arguments) {
-  return RunMcfit(Joined({"generate", "linear", "-", "--dependent", "y"}, arguments));
+  return RunMcfit(Arguments{"generate", "linear", "-", "--dependent", "y"} + arguments);
 }
 
 // The cells of the lines behind the header, none of which is quoted.
@@ -95,10 +94,10 @@ TEST(McfitGenerate, RowsAreThoseOfTheSeed) {
   const Arguments design = {"--rows", "50", "--normal", "x(0, 1)", "--coefficients", "x=1"};
   const std::string first = Generate(design).out;
   EXPECT_EQ(Generate(design).out, first);
-  EXPECT_EQ(Generate(Joined(design, {"--seed", "1"})).out, first);
-  EXPECT_NE(Generate(Joined(design, {"--seed", "2"})).out, first);
-  EXPECT_NE(Generate(Joined(design, {"--seed", "9007199254740992"})).out,
-            Generate(Joined(design, {"--seed", "9007199254740991"})).out);
+  EXPECT_EQ(Generate(design + Arguments{"--seed", "1"}).out, first);
+  EXPECT_NE(Generate(design + Arguments{"--seed", "2"}).out, first);
+  EXPECT_NE(Generate(design + Arguments{"--seed", "9007199254740992"}).out,
+            Generate(design + Arguments{"--seed", "9007199254740991"}).out);
 }
 
 TEST(McfitGenerate, AFileWithoutRowsIsItsHeader) {
@@ -349,7 +348,7 @@ TEST(McfitGenerate, RefusesCategoriesWithoutTheirCoefficients) {
        "--deviation needs the kind linear"}};
   for (const auto& [options, message] : refusals) {
     ExpectFailures(
-        2, {{Joined({"generate", "logistic", "-", "--dependent", "y", "--rows", "3"}, options),
+        2, {{Arguments{"generate", "logistic", "-", "--dependent", "y", "--rows", "3"} + options,
              message}});
   }
   ExpectFailures(2, {{{"generate", "quadratic", "-"}, "quadratic"}});
@@ -367,11 +366,11 @@ TEST(McfitGenerate, RefusalsLeaveTheFileAlone) {
 
 TEST(McfitGenerate, AFullDeviceIsTold) {
   const Arguments rows = {"--rows", "20000", "--dependent", "y", "--coefficients", "(Intercept)=1"};
-  EXPECT_THAT(RunMcfit(Joined({"generate", "linear", "/dev/full"}, rows)).err,
+  EXPECT_THAT(RunMcfit(Arguments{"generate", "linear", "/dev/full"} + rows).err,
               StartsWith("mcfit: cannot write '/dev/full'"));
   ChildProcess::Options options;
   options.outPath = "/dev/full";
-  const ProgramResult run = RunMcfit(Joined({"generate", "linear", "-"}, rows), options);
+  const ProgramResult run = RunMcfit(Arguments{"generate", "linear", "-"} + rows, options);
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.err, HasSubstr("the results could not be written"));
 }

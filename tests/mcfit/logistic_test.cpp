@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs `mcfit logistic` as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
@@ -11,7 +12,6 @@
 
 #include <cmath>
 #include <csignal>
-#include <regex>
 #include <sstream>
 #include <unistd.h>
 
@@ -19,19 +19,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-using Arguments = std::vector<std::string>;
-
-const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
-
-Arguments operator+(Arguments left, const Arguments& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
-/// The report with the processor times, which differ at each run, put as "T".
-std::string WithoutTimes(const std::string& report) {
-  return std::regex_replace(report, std::regex("( +)[0-9]+\\.[0-9][0-9]\n"), "$1T\n");
-}
 
 /// The report from behind the iterations on.
 std::string Results(const std::string& report) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs the mcfit program as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
@@ -18,9 +19,6 @@
 namespace {
 using testing::HasSubstr;
 using testing::Not;
-using Arguments = std::vector<std::string>;
-
-const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
 
 /// The certified values of a NIST data set by quantity: value, and standard deviation if any.
 std::map<std::string, std::vector<double>> Certified(const std::string& set) {
@@ -310,11 +308,7 @@ TEST(McfitProgram, OptionsThatCannotBeUsedEndWithStatusTwo) {
   const std::string ragged = folder.Write("ragged.csv", "y,x\n1,1\n2\n");
   const std::string word = folder.Write("word.csv", "y,x\n1,1\n2,big\n");
   const Arguments fit = {"linear", data, "--dependent", "y", "--factors", "a", "--covariates", "x"};
-  const auto with = [&fit](const Arguments& more) {
-    Arguments all = fit;
-    all.insert(all.end(), more.begin(), more.end());
-    return all;
-  };
+  const auto with = [&fit](const Arguments& more) { return fit + more; };
   const std::vector<Failure> cases = {
       {{}, "a subcommand is required"},
       {{"cubic"}, "cubic"},
@@ -447,9 +441,7 @@ TEST(McfitProgram, AFileThatCannotBeScoredLeavesNoScores) {
       {"x,predicted\n1,1\n", "there is a column 'predicted' already"},
   };
   for (const auto& [text, message] : cases) {
-    Arguments arguments = fit;
-    arguments.push_back(folder.Write("new.csv", text));
-    const ProgramResult run = RunMcfit(arguments);
+    const ProgramResult run = RunMcfit(fit + Arguments{folder.Write("new.csv", text)});
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.err, HasSubstr(message));
     EXPECT_FALSE(folder.Has("s.csv"));

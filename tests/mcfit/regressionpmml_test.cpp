@@ -2,6 +2,7 @@
 //
 // Models that mcfit exports, scored again from the document alone.
 #include "csvreader.h"
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/goldentext.h"
 #include "mcfit/support/pmmlscorer.h"
@@ -23,14 +24,6 @@
 
 namespace {
 using testing::HasSubstr;
-using Arguments = std::vector<std::string>;
-
-const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
-
-Arguments operator+(Arguments left, const Arguments& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
 
 /// What a run of scoring found.
 struct Comparison {

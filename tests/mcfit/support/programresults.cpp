@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <locale>
+#include <regex>
 #include <sstream>
 
 std::map<std::string, std::vector<double>> Numbers(const std::string& report) {
@@ -20,6 +21,10 @@ std::map<std::string, std::vector<double>> Numbers(const std::string& report) {
     for (double value; rest >> value;) numbers[line.substr(0, gap)].push_back(value);
   }
   return numbers;
+}
+
+std::string WithoutTimes(const std::string& report) {
+  return std::regex_replace(report, std::regex("( +)[0-9]+\\.[0-9][0-9]\n"), "$1T\n");
 }
 
 void ExpectFailures(int status, const std::vector<Failure>& failures) {

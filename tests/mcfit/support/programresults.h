@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "mcfit/support/arguments.h"
+
 #include <map>
 #include <string>
 #include <vector>
@@ -9,9 +11,12 @@
 /// lines of that name.
 std::map<std::string, std::vector<double>> Numbers(const std::string& report);
 
+/// The report with the processor times, which differ at each run, put as "T".
+std::string WithoutTimes(const std::string& report);
+
 /// Arguments of mcfit and a part of the message that they lead to.
 struct Failure {
-  std::vector<std::string> arguments;
+  Arguments arguments;
   std::string message;
 };
 
