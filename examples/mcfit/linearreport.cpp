@@ -25,7 +25,8 @@ std::optional<double> HalfWidth(const LinearFit& fit, const ReportStyle& style) 
 }
 
 std::vector<std::string> ParameterRow(const LinearModel& model, const LinearFit& fit,
-                                      const ReportStyle& style, std::size_t i) {
+                                      const ReportStyle& style, std::optional<double> halfWidth,
+                                      std::size_t i) {
   const NumberText number(style.digits);
   const IMCRegOutputStats& results = model.Results();
   const MCRegrParameter& parameter = (*results.GetParameters())[i];
@@ -42,9 +43,9 @@ std::vector<std::string> ParameterRow(const LinearModel& model, const LinearFit&
   }
   std::optional<double> lower;
   std::optional<double> upper;
-  if (const std::optional<double> width = HalfWidth(fit, style); width && error) {
-    lower = stats.fEstimate - *width * *error;
-    upper = stats.fEstimate + *width * *error;
+  if (halfWidth && error) {
+    lower = stats.fEstimate - *halfWidth * *error;
+    upper = stats.fEstimate + *halfWidth * *error;
   }
   return {name,         number(stats.fEstimate), number(error),
           number(t),    PValueText(style)(p),    number(lower),
@@ -57,38 +58,25 @@ std::string ParametersText(const LinearModel& model, const LinearFit& fit,
   const auto [lower, upper] = LimitHeads(style);
   table.Add({"Parameter", "Estimate", "Std. error", "t", "p", lower, upper});
   table.AddRule();
+  const std::optional<double> halfWidth = HalfWidth(fit, style);
   const std::size_t count = model.Results().GetParameters()->size();
-  for (std::size_t i = 0; i < count; ++i) table.Add(ParameterRow(model, fit, style, i));
+  for (std::size_t i = 0; i < count; ++i) table.Add(ParameterRow(model, fit, style, halfWidth, i));
   table.AddRule();
   std::string text = table.Text();
   if (fit.rank < static_cast<int>(count)) text += kRedundantNote;
   return text;
 }
 
-std::vector<std::string> TestRow(const std::string& name, const std::optional<WaldTest>& test,
-                                 const LinearFit& fit, const ReportStyle& style) {
-  if (!test) return {name, "0", ".", "."};
-  std::optional<double> f;
-  std::optional<double> p;
-  if (fit.residualVariance && *fit.residualVariance > 0.0) {
-    f = test->statistic / test->freedom / *fit.residualVariance;
-    p = Defined(MCDistFun::SigF(*f, test->freedom, fit.freedom));
-  }
-  return {name, fmt::format("{}", test->freedom), NumberText(style.digits)(f),
-          PValueText(style)(p)};
-}
-
-std::string TestsText(const LinearModel& model, const LinearFit& fit, const ReportStyle& style) {
-  const std::vector<EffectTest> tests = TestEffects(model);
-  if (tests.empty()) return {};
-  TextTable table(3);
-  table.Add({"Effect", "DF", "F", "p"});
-  table.AddRule();
-  for (const EffectTest& test : tests) table.Add(TestRow(test.name, test.test, fit, style));
-  table.AddRule();
-  const std::vector<int> all = EstimatedParameters(model.Results(), false);
-  table.Add(TestRow("All", TestParameters(model.Results(), all), fit, style));
-  return kTestsHead + table.Text() + "\n";
+std::string FTestsText(const LinearModel& model, const LinearFit& fit, const ReportStyle& style) {
+  const auto figures = [&fit](const WaldTest& test) {
+    TestFigures found;
+    if (fit.residualVariance && *fit.residualVariance > 0.0) {
+      found.statistic = test.statistic / test.freedom / *fit.residualVariance;
+      found.p = Defined(MCDistFun::SigF(*found.statistic, test.freedom, fit.freedom));
+    }
+    return found;
+  };
+  return TestsText(model, style, "F", figures, true);
 }
 
 std::string FitText(const LinearModel& model, const LinearFit& fit, const NumberText& number) {
@@ -118,8 +106,7 @@ LinearFit::LinearFit(const IMCRegOutputStats& results)
     : frequency(results.GetTotalFreqWeight()),
       rmse(Defined(results.GetModelFitStat(MCConst::MC_FIT_RMSE))),
       rSquare(Defined(results.GetModelFitStat(MCConst::MC_FIT_MULTIPLE_R2))) {
-  for (const MCRegrParameterStats& stats : results.GetParamStats())
-    rank += stats.fRedundant ? 0 : 1;
+  rank = static_cast<int>(EstimatedParameters(results, true).size());
   squaredSum = rmse ? *rmse * *rmse * frequency : 0.0;
   freedom = frequency - rank;
   if (rmse && freedom > 0.0) residualVariance = squaredSum / freedom;
@@ -138,7 +125,7 @@ std::optional<double> LinearFit::StandardError(const IMCRegOutputStats& results,
 std::string LinearReport(const LinearModel& model, const ReportStyle& style) {
   const LinearFit fit(model.Results());
   return fmt::format("{}{}\n{}{}", HeadText("Linear", model.Data()),
-                     ParametersText(model, fit, style), TestsText(model, fit, style),
+                     ParametersText(model, fit, style), FTestsText(model, fit, style),
                      FitText(model, fit, NumberText(style.digits)));
 }
 

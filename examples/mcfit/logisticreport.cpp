@@ -45,7 +45,7 @@ double HalfWidth(const ReportStyle& style) {
 }
 
 std::vector<std::string> ParameterRow(const LogisticModel& model, const ReportStyle& style,
-                                      const MCRegrParameterStats& stats) {
+                                      double halfWidth, const MCRegrParameterStats& stats) {
   const NumberText number(style.digits);
   const auto index = static_cast<std::size_t>(stats.fIndex);
   const std::string name = ParameterName((*model.Results().GetParameters())[index], model);
@@ -60,8 +60,8 @@ std::vector<std::string> ParameterRow(const LogisticModel& model, const ReportSt
     const double z = stats.fEstimate / *error;
     wald = z * z;
     p = Defined(MCDistFun::SigChi(*wald, 1.0));
-    lower = std::exp(stats.fEstimate - HalfWidth(style) * *error);
-    upper = std::exp(stats.fEstimate + HalfWidth(style) * *error);
+    lower = std::exp(stats.fEstimate - halfWidth * *error);
+    upper = std::exp(stats.fEstimate + halfWidth * *error);
   }
   return {name,
           number(stats.fEstimate),
@@ -80,22 +80,15 @@ std::string BlockText(const LogisticModel& model, const ReportStyle& style, std:
   const auto [lower, upper] = LimitHeads(style);
   table.Add({"Parameter", "Estimate", "Std. error", "Wald", "p", "exp(Estimate)", lower, upper});
   table.AddRule();
+  const double halfWidth = HalfWidth(style);
   for (std::size_t i = begin; i < end; ++i) {
-    table.Add(ParameterRow(model, style, model.Results().GetParamStats()[i]));
+    table.Add(ParameterRow(model, style, halfWidth, model.Results().GetParamStats()[i]));
   }
   table.AddRule();
   const int category = (*model.Results().GetParameters())[begin].GetTargetCategory();
   const int reference = model.Data().UsedCategories() - 1;
   return fmt::format("{} against {}\n\n{}\n", Printable(model.Category(category)),
                      Printable(model.Category(reference)), table.Text());
-}
-
-int Redundant(const LogisticModel& model) {
-  int count = 0;
-  for (const MCRegrParameterStats& stats : model.Results().GetParamStats()) {
-    count += stats.fRedundant ? 1 : 0;
-  }
-  return count;
 }
 
 std::string ParametersText(const LogisticModel& model, const ReportStyle& style) {
@@ -109,27 +102,16 @@ std::string ParametersText(const LogisticModel& model, const ReportStyle& style)
     text += BlockText(model, style, begin, end);
     begin = end;
   }
-  if (Redundant(model) > 0) text += std::string(kRedundantNote) + "\n";
+  const std::size_t estimated = EstimatedParameters(model.Results(), true).size();
+  if (estimated < parameters.size()) text += std::string(kRedundantNote) + "\n";
   return text;
 }
 
-std::string TestsText(const LogisticModel& model, const ReportStyle& style) {
-  const std::vector<EffectTest> tests = TestEffects(model);
-  if (tests.empty()) return {};
-  TextTable table(3);
-  table.Add({"Effect", "DF", "Wald", "p"});
-  table.AddRule();
-  for (const EffectTest& effect : tests) {
-    const WaldTest test = effect.test.value_or(WaldTest());
-    std::optional<double> statistic;
-    if (effect.test) statistic = test.statistic;
-    std::optional<double> p;
-    if (effect.test) p = Defined(MCDistFun::SigChi(test.statistic, test.freedom));
-    table.Add({effect.name, fmt::format("{}", test.freedom), NumberText(style.digits)(statistic),
-               PValueText(style)(p)});
-  }
-  table.AddRule();
-  return kTestsHead + table.Text() + "\n";
+std::string WaldTestsText(const LogisticModel& model, const ReportStyle& style) {
+  const auto figures = [](const WaldTest& test) {
+    return TestFigures{test.statistic, Defined(MCDistFun::SigChi(test.statistic, test.freedom))};
+  };
+  return TestsText(model, style, "Wald", figures, false);
 }
 
 // The likelihood ratio test against a model of the intercepts alone, or of no parameter at all.
@@ -165,8 +147,7 @@ std::string FitText(const LogisticModel& model, const ReportStyle& style) {
   table.Add({"Cox-Snell R square", statistic(MCConst::MC_FIT_COX_SNELL)});
   table.Add({"Nagelkerke R square", statistic(MCConst::MC_FIT_NAGELKERKE)});
   table.Add({"McFadden R square", statistic(MCConst::MC_FIT_MCFADDEN)});
-  const int estimated = static_cast<int>(results.GetParamStats().size()) - Redundant(model);
-  table.Add({"Parameters estimated", fmt::format("{}", estimated)});
+  table.Add({"Parameters estimated", fmt::format("{}", EstimatedParameters(results, true).size())});
   table.Add({"Sum of frequencies", number(results.GetTotalFreqWeight())});
   table.Add({"Condition index", number(model.Condition()), ConditionNote(model.Condition())});
   return table.Text() + "\n";
@@ -235,8 +216,8 @@ std::string LogisticHead(const Dataset& data, int digits) {
 
 std::string LogisticReport(const LogisticModel& model, const ReportStyle& style) {
   return fmt::format("\n{}\n\n{}{}{}{}", StoppingText(model.Convergence()),
-                     ParametersText(model, style), TestsText(model, style), FitText(model, style),
-                     ClassificationText(model, NumberText(style.digits)));
+                     ParametersText(model, style), WaldTestsText(model, style),
+                     FitText(model, style), ClassificationText(model, NumberText(style.digits)));
 }
 
 }  // namespace mcfit

@@ -14,8 +14,6 @@ namespace mcfit {
 const char* const kRedundantNote =
     "redundant: a linear combination of parameters above it, so its coefficient is 0\n";
 
-const char* const kTestsHead = "Tests that all parameters of an effect are 0\n\n";
-
 std::string NumberText::operator()(std::optional<double> value) const {
   return value ? fmt::format("{:.{}g}", *value, fDigits) : ".";
 }
@@ -61,8 +59,31 @@ std::array<std::string, 2> LimitHeads(const ReportStyle& style) {
           fmt::format("Upper {:g} %", style.confidence)};
 }
 
+std::string TestsText(const FittedModel& model, const ReportStyle& style, const char* statistic,
+                      const std::function<TestFigures(const WaldTest&)>& figures, bool withAll) {
+  const std::vector<EffectTest> tests = TestEffects(model);
+  if (tests.empty()) return {};
+  TextTable table(3);
+  const auto add = [&](const EffectTest& effect) {
+    const TestFigures found = effect.test ? figures(*effect.test) : TestFigures();
+    table.Add({effect.name, fmt::format("{}", effect.test ? effect.test->freedom : 0),
+               NumberText(style.digits)(found.statistic), PValueText(style)(found.p)});
+  };
+  table.Add({"Effect", "DF", statistic, "p"});
+  table.AddRule();
+  for (const EffectTest& effect : tests) add(effect);
+  table.AddRule();
+  if (withAll) {
+    const IMCRegOutputStats& results = model.Results();
+    add({"All", TestParameters(results, EstimatedParameters(results, false))});
+  }
+  return "Tests that all parameters of an effect are 0\n\n" + table.Text() + "\n";
+}
+
 std::string ConditionNote(std::optional<double> index) {
-  return index ? "of the columns of the design; above 30 they are nearly collinear" : "";
+  if (!index) return {};
+  return fmt::format("of the columns of the design; above {:g} they are nearly collinear",
+                     kHighCondition);
 }
 
 }  // namespace mcfit

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "fittedmodel.h"
+#include "inference.h"
 #include "regression/design/mcregrparameter.h"
 #include "reportstyle.h"
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -42,8 +44,16 @@ public:
   explicit PValueText(const ReportStyle& style) : NumberText(std::min(style.digits, 4)) {}
 };
 
-/// Stands above the tests of effects.
-extern const char* const kTestsHead;
+/// What a table shows of a test.
+struct TestFigures {
+  std::optional<double> statistic;
+  std::optional<double> p;
+};
+
+/// The table of the tests of effects; nothing for a model without any. `statistic` heads the column
+/// of what `figures` makes of a test, and `withAll` adds the test of all effects together.
+std::string TestsText(const FittedModel& model, const ReportStyle& style, const char* statistic,
+                      const std::function<TestFigures(const WaldTest&)>& figures, bool withAll);
 
 /// Heads of the columns of confidence limits.
 std::array<std::string, 2> LimitHeads(const ReportStyle& style);
