@@ -42,14 +42,6 @@ const MCCommonMetadata::MCBinningEncoder* BinsOf(const IMCVariable& variable) {
   return encoder == nullptr ? nullptr : encoder->GetBinningEncoder();
 }
 
-double Encoded(IMCEncoder* encoder, const ScannedCell& cell) {
-  if (encoder == nullptr) return cell.number;
-  if (encoder->GetEncoderType() != MCCommonMetadata::MC_ENC_STRING) {
-    return encoder->Encode(cell.number);
-  }
-  return cell.text == nullptr ? kMissing : encoder->Encode(*cell.text);
-}
-
 const char* StorageWord(MCCommonMetadata::VariableStorage storage) {
   switch (storage) {
     case MCCommonMetadata::MC_STORAGE_INTEGER:
@@ -136,11 +128,32 @@ MCUniStats VariableStats::InPmml(const IMCVariable& variable) const {
   return MCUniStats(name, fCases, Summary(), frequencies, cuts);
 }
 
+TableDescription::CellReader::CellReader(IMCVariable& variable)
+    : fpEncoder(variable.GetEncoder()),
+      fpBins(BinsOf(variable)),
+      fbHasTexts(fpEncoder != nullptr &&
+                 fpEncoder->GetEncoderType() == MCCommonMetadata::MC_ENC_STRING),
+      fbIsCategorical(IsCategorical(variable)) {}
+
+double TableDescription::CellReader::Value(const ScannedCell& cell) const {
+  if (fpEncoder == nullptr) return cell.number;
+  if (!fbHasTexts) return fpEncoder->Encode(cell.number);
+  return cell.text == nullptr ? kMissing : fpEncoder->Encode(*cell.text);
+}
+
+void TableDescription::CellReader::Add(const ScannedCell& cell, double weight,
+                                       VariableStats& stats) const {
+  const double value = Value(cell);
+  const int bin = fpBins == nullptr ? -1 : static_cast<int>(fpBins->Encode(value));
+  stats.Add(fbIsCategorical, value, bin, weight);
+}
+
 TableDescription::TableDescription(TableScan& table, MCVarList& variables, ProgressLine& progress)
     : fVariables(variables),
       fNRows(table.Rows()),
       fStats(static_cast<std::size_t>(variables.Size())) {
   for (int i = 0; i < variables.Size(); ++i) {
+    fReaders.emplace_back(*variables.GetVarAt(i));
     if (variables.GetVarAt(i)->GetMeasureLevel() == MCCommonMetadata::MC_LEVEL_WEIGHT) fWeight = i;
   }
   table.Visit(progress, [this](const std::vector<ScannedCell>& cells) { AddRow(cells); });
@@ -149,22 +162,17 @@ TableDescription::TableDescription(TableScan& table, MCVarList& variables, Progr
 
 void TableDescription::AddRow(const std::vector<ScannedCell>& cells) {
   double weight = 1.0;
+  const auto weightPlace = static_cast<std::size_t>(fWeight);
   if (fWeight >= 0) {
-    weight = Encoded(fVariables.GetEncoderAt(fWeight), cells[static_cast<std::size_t>(fWeight)]);
-    fStats[static_cast<std::size_t>(fWeight)].Add(false, weight, -1, 1.0);
+    weight = fReaders[weightPlace].Value(cells[weightPlace]);
+    fStats[weightPlace].Add(false, weight, -1, 1.0);
     if (!(weight > 0.0)) {  // the missing value is below all numbers
       ++fNWeightless;
       return;
     }
   }
-  for (int i = 0; i < fVariables.Size(); ++i) {
-    if (i == fWeight) continue;
-    const auto place = static_cast<std::size_t>(i);
-    const IMCVariable& variable = *fVariables.GetVarAt(i);
-    const double value = Encoded(fVariables.GetEncoderAt(i), cells[place]);
-    const MCCommonMetadata::MCBinningEncoder* bins = BinsOf(variable);
-    const int bin = bins == nullptr ? -1 : static_cast<int>(bins->Encode(value));
-    fStats[place].Add(IsCategorical(variable), value, bin, weight);
+  for (std::size_t i = 0; i < fReaders.size(); ++i) {
+    if (static_cast<int>(i) != fWeight) fReaders[i].Add(cells[i], weight, fStats[i]);
   }
 }
 

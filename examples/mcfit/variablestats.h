@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "metadata/mcbinningencoder.h"
 #include "metadata/mcunistats.h"
 #include "metadata/mcvarlist.h"
 #include "outputfile.h"
@@ -54,12 +55,30 @@ public:
   void WritePmml(const std::string& file, OutputFile& out) const;
 
 private:
+  /// Sends the cells of one variable through its encoder. What that is is asked once and not for
+  /// each row.
+  class CellReader {
+  public:
+    /// The variable is borrowed.
+    explicit CellReader(MCCommonMetadata::IMCVariable& variable);
+
+    double Value(const ScannedCell& cell) const;
+    void Add(const ScannedCell& cell, double weight, VariableStats& stats) const;
+
+  private:
+    MCCommonMetadata::IMCEncoder* fpEncoder;           // null: numbers stand for themselves
+    const MCCommonMetadata::MCBinningEncoder* fpBins;  // null without bins
+    bool fbHasTexts;
+    bool fbIsCategorical;
+  };
+
   void AddRow(const std::vector<ScannedCell>& cells);
 
   MCCommonMetadata::MCVarList& fVariables;
   int fWeight = -1;
   std::int64_t fNRows = 0;
   std::int64_t fNWeightless = 0;
+  std::vector<CellReader> fReaders;
   std::vector<VariableStats> fStats;
 };
 
