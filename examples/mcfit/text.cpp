@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -11,10 +12,6 @@ namespace mcfit {
 namespace {
 
 constexpr std::size_t kLongestQuote = 60;
-
-bool IsControl(unsigned char c) {
-  return c < 0x20 || c == 0x7f;
-}
 
 bool IsContinuationByte(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
@@ -39,6 +36,13 @@ std::size_t SequenceLength(std::string_view text) {
   return isTooLong ? 0 : length;
 }
 
+// Control characters, those from U+0080 to U+009F among them, be they UTF-8 or a single byte.
+bool DrivesTerminal(std::string_view sequence) {
+  const auto last = static_cast<unsigned char>(sequence.back());
+  if (sequence.size() == 1) return last < 0x20 || (last >= 0x7F && last < 0xA0);
+  return sequence[0] == '\xC2' && last < 0xA0;
+}
+
 // Surrogates, what is beyond Unicode, and the two noncharacters that XML rules out.
 bool IsNoXmlCharacter(std::string_view sequence) {
   const auto second = static_cast<unsigned char>(sequence[1]);
@@ -58,13 +62,15 @@ std::string_view Shortened(std::string_view text) {
 std::string Printable(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (IsControl(byte)) {
-      out += fmt::format("\\x{:02X}", byte);
+  while (!text.empty()) {
+    const std::string_view sequence =
+        text.substr(0, std::max(SequenceLength(text), std::size_t{1}));
+    if (DrivesTerminal(sequence)) {
+      for (const char c : sequence) out += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
     } else {
-      out += c;
+      out += sequence;
     }
+    text.remove_prefix(sequence.size());
   }
   return out;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs `mcfit dictionary` as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/settingstext.h"
@@ -13,8 +14,6 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
-
-const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
 
 ProgramResult DictionaryOf(const std::string& path) {
   return RunMcfit({"dictionary", path});
@@ -252,6 +251,7 @@ TEST(McfitDictionary, ControlCharactersDoNotReachTheTerminal) {
       folder.Write("m.xml", Document("").insert(Document("").find("\"p\"") + 2, "&#9;&#x9b;2J")));
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(run.out, Not(HasSubstr("\t")));
+  EXPECT_THAT(run.out, Not(HasSubstr("\xC2\x9B")));
 }
 
 TEST(McfitDictionary, DeepDocumentsAreWalkedWithoutAStack) {
@@ -268,8 +268,7 @@ TEST(McfitDictionary, FilesThatCannotBeReadAreRefusedWithTheirName) {
   const TemporaryFolder folder;
   int count = 0;
   const auto file = [&](const std::string& text) {
-    return std::vector<std::string>{"dictionary",
-                                    folder.Write(std::to_string(++count) + ".xml", text)};
+    return Arguments{"dictionary", folder.Write(std::to_string(++count) + ".xml", text)};
   };
   std::string expanding = "<!DOCTYPE PMML [<!ENTITY e0 \"x\">";
   for (int i = 1; i < 30; ++i) {

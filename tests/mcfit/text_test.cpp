@@ -31,7 +31,11 @@ TEST(McfitNumbers, AllElseIsRefused) {
 TEST(McfitText, ControlCharactersAreShownAsCodes) {
   EXPECT_EQ(mcfit::Printable(std::string_view("a\x1b[2J\n\0b\x7f", 9)),
             "a\\x1B[2J\\x0A\\x00b\\x7F");
-  EXPECT_EQ(mcfit::Printable("Größe"), "Größe");
+  EXPECT_EQ(mcfit::Printable("\u0080 \u009B2J \u009F"), "\\xC2\\x80 \\xC2\\x9B2J \\xC2\\x9F");
+  EXPECT_EQ(mcfit::Printable("\x80 \x9B \xC2"), "\\x80 \\x9B \xC2");
+  for (const char* text : {"Größe", "\u00A0", "\u2080", "\U0001F600", "K\xE4se", ""}) {
+    EXPECT_EQ(mcfit::Printable(text), text);
+  }
 }
 
 TEST(McfitText, LongTextsAreCutAtACharacterInMessages) {
