@@ -15,8 +15,8 @@
 #endif
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -67,6 +67,8 @@ int Fail(ExitStatus status, const char* message) {
 int RunProgram(int argc, char** argv) {
   try {
     CatchInterrupts();
+    // Where nobody reads the results any more, writing them fails, and nothing is left unfinished.
+    std::signal(SIGPIPE, SIG_IGN);
     return RunCommands(argc, argv);
   } catch (const Interrupted& stop) {
     return Fail(kInterrupted, stop.what());

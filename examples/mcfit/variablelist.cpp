@@ -2,6 +2,7 @@
 #include "variablelist.h"
 
 #include "errors.h"
+#include "inputfile.h"
 #include "mcxml/ioexception.h"
 #include "mcxml/parseobj.h"
 #include "mcxml/xmldoctype.h"
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <memory>
 #include <sstream>
 
@@ -216,8 +216,7 @@ bool SaveVariables(const MCVarList& variables, OutputFile& out) {
 }
 
 MCVarList LoadVariables(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw InputError(fmt::format("cannot open {}", Quoted(path)));
+  std::ifstream file = OpenInput(path);
   MCVarList variables;
   bool isList = MCCommonXML::ParseStartXML(file);
   try {

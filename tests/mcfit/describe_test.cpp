@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs `mcfit describe` as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/goldentext.h"
 #include "mcfit/support/programresults.h"
@@ -17,9 +18,6 @@
 namespace {
 using testing::HasSubstr;
 using testing::Not;
-using Arguments = std::vector<std::string>;
-
-const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
 
 // Seven rows that stand for ten cases; the last has a weight that rounds to none. Of x, by hand:
 // 1, 2.5, 2.5, 4 and -9, which is missing, with the weights 2, 1, 3, 1, 2: mean 2.28571 of 7 cases,
@@ -36,11 +34,6 @@ const char kShop[] =
 
 const Arguments kChoices = {"--continuous", "staff", "--weight",  "n",         "--missing", "x=-9",
                             "--missing",    "x=NA",  "--missing", "shop=none", "--bins",    "x=3"};
-
-Arguments operator+(Arguments left, const Arguments& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
 
 std::string Described(const Arguments& arguments) {
   const ProgramResult run = RunMcfit(Arguments{"describe"} + arguments);
@@ -207,7 +200,9 @@ TEST(Describe, WhatCantBeUsedIsRefused) {
       2, {{{"describe"}, "describe needs a CSV file, or --load a list"},
           {{"describe", "--load", list, "--pmml", out}, "--pmml needs a CSV file"},
           {{"describe", data, "--load", list, "--weight", "a"}, "excludes"},
-          {{"describe", data, "--load", folder.Path("nothing")}, "cannot open"},
+          {{"describe", data, "--load", folder.Path("nothing")},
+           "cannot open '" + folder.Path("nothing") + "': No such file or directory"},
+          {{"describe", data, "--load", folder.Path("")}, "Is a directory"},
           {{"describe", data, "--load", data}, "holds no list of variables"},
           {{"describe", latin, "--load", list}, "there is no column 'b'"},
           {{"describe", data, "--load", list, "--missing", "c=1"}, "the list has no variable 'c'"},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs `mcfit merge` as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
@@ -16,7 +17,6 @@ using mctest::SplitModel;
 using mctest::XmlNode;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using Arguments = std::vector<std::string>;
 
 std::vector<std::string> Values(const XmlNode& merged, const std::string& field) {
   std::vector<std::string> values;
@@ -131,7 +131,8 @@ TEST(Merge, RefusesWhatItCannotDo) {
           {merge({"a=1,b=2", "b=2,a=1"}), "--split 'b=2,a=1': an earlier file has these values"},
           {merge({"a=\x01"}), "XML can't hold the split value"},
           {{"merge", file, "--split", "a=1", file}, "would overwrite an input file"},
-          {{"merge", out, "--split", "a=1", folder.Path("none.xml")}, "none.xml"},
+          {{"merge", out, "--split", "a=1", folder.Path("none.xml")},
+           "cannot open '" + folder.Path("none.xml") + "'"},
           {{"merge", folder.Path("none/out.xml"), "--split", "a=1", file}, "cannot write"}});
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Runs `mcfit split` as a user does.
+#include "mcfit/support/arguments.h"
 #include "mcfit/support/childprocess.h"
 #include "mcfit/support/programresults.h"
 #include "mcfit/support/temporaryfolder.h"
@@ -20,14 +21,6 @@ using mctest::XmlNode;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
-using Arguments = std::vector<std::string>;
-
-const std::string kData = std::string(MCSTAT_SOURCE_DIR) + "/examples/data/";
-
-Arguments operator+(Arguments left, const Arguments& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
 
 // Sales by price, exactly: north -2, south -1, in 2024 from 10 and in 2025 from 20.
 const char kSales[] =
@@ -235,6 +228,25 @@ TEST(Split, ReadsTheStandardInputAndLeavesNothingBehind) {
   EXPECT_EQ(refused.status, 2);
   EXPECT_THAT(Files(folder.Path("tmp")), testing::IsEmpty());
   EXPECT_THAT(Files(folder.Path("refused")), testing::IsEmpty());
+}
+
+TEST(Split, LeavesNothingBehindWhereNobodyReadsTheResults) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.Path("tmp"));
+  ChildProcess::Options options;
+  options.keepInputOpen = true;
+  options.temporaryFolder = folder.Path("tmp");
+  ChildProcess run(
+      Arguments{"split", "-", "--by", "region", "--out-dir", folder.Path("models")} + kSalesModel,
+      options);
+  run.CloseOutput();
+  run.Give(kSales);
+  run.EndInput();
+  const ProgramResult result = run.Finish();
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.err, "mcfit: the results could not be written: Broken pipe\n");
+  EXPECT_THAT(Files(folder.Path("tmp")), testing::IsEmpty());
+  EXPECT_THAT(Files(folder.Path("models")), testing::IsEmpty());
 }
 
 TEST(Split, FindsWhatWouldEndTheMergeBeforeTheFirstFit) {

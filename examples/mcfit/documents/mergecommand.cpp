@@ -4,6 +4,7 @@
 #include "documents/splitmerge.h"
 #include "effectparser.h"
 #include "errors.h"
+#include "inputfile.h"
 #include "outputfile.h"
 #include "text.h"
 
@@ -79,7 +80,10 @@ void MergeCommand::Run() {
                                  fFiles.size(), fSplits.size()));
   }
   OutputPaths paths;
-  for (const std::string& file : fFiles) paths.AddInput(file);
+  for (const std::string& file : fFiles) {
+    RequireReadable(file);
+    paths.AddInput(file);
+  }
   paths.AddOutput("out", fOut);
   const std::vector<std::string> names = ParseSplit(fSplits[0]).names;
   if (names.empty()) Fail(fSplits[0], "write column=value, with commas between several");
@@ -94,7 +98,7 @@ void MergeCommand::Run() {
   }
   OutputFile out(fOut);
   MergeModels(names, models, out);
-  PrintResults(fmt::format("{} models merged in {}\n", models.size(), Printable(fOut)));
+  PrintResults(MergedText(models.size(), fOut));
 }
 
 }  // namespace mcfit

@@ -2,24 +2,16 @@
 #include "documents/pmmlfile.h"
 
 #include "errors.h"
+#include "inputfile.h"
 #include "statustext.h"
 #include "text.h"
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-
 namespace mcfit {
 
 void ReadDocument(MCComXPrsUtil::MCPMMLParser& parser, const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  // A folder can be opened, but not looked at.
-  if (!file || (file.peek(), file.bad())) {
-    throw InputError(fmt::format("cannot open {}: {}", Quoted(path), std::strerror(errno)));
-  }
-  file.clear();
+  std::ifstream file = OpenInput(path);
   parser.SetStrict(true);
   const MCCommon::MCStatus status = parser.ParseToDOM(file);
   if (!status.IsError()) return;

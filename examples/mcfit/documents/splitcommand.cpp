@@ -105,14 +105,13 @@ void SplitCommand::CheckOptions(const FitRequest& request,
   OutputPaths paths;
   paths.AddInput(request.data);
   paths.AddOutput("--merged", MergedPath());
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (std::find(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i), names[i]) !=
-        names.begin() + static_cast<std::ptrdiff_t>(i)) {
-      throw InputError(fmt::format("--by names column {} more than once", Quoted(names[i])));
+  for (const std::string& name : names) {
+    if (std::count(names.begin(), names.end(), name) > 1) {
+      throw InputError(fmt::format("--by names column {} more than once", Quoted(name)));
     }
-    if (IsUsed(request.columns, names[i])) {
+    if (IsUsed(request.columns, name)) {
       throw InputError(
-          fmt::format("--by: column {} has a role in the model already", Quoted(names[i])));
+          fmt::format("--by: column {} has a role in the model already", Quoted(name)));
     }
   }
   for (const CLI::Option* option : fvLogisticOptions) {
@@ -142,7 +141,7 @@ void SplitCommand::Run() {
   const std::vector<SplitModel> models = FitParts(request, names, rows);
   if (!models.empty()) {
     MergeModels(names, models, merged);
-    PrintResults(fmt::format("\n{} models merged in {}\n", models.size(), Printable(MergedPath())));
+    PrintResults("\n" + MergedText(models.size(), MergedPath()));
   }
   const std::size_t nFailed = rows.Parts().size() - models.size();
   if (nFailed > 0 || models.empty()) {

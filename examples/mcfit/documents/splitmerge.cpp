@@ -79,4 +79,9 @@ void MergeModels(const std::vector<std::string>& names, const std::vector<SplitM
   out.Commit();
 }
 
+std::string MergedText(std::size_t models, const std::string& path) {
+  return fmt::format("{} {} merged in {}\n", models, models == 1 ? "model" : "models",
+                     Printable(path));
+}
+
 }  // namespace mcfit

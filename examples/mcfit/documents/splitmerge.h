@@ -3,6 +3,7 @@
 
 #include "outputfile.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -26,5 +27,8 @@ void RequireXmlTexts(const std::vector<std::string>& names, const std::vector<st
 /// merged.
 void MergeModels(const std::vector<std::string>& names, const std::vector<SplitModel>& models,
                  OutputFile& out);
+
+/// The line that tells what was merged.
+std::string MergedText(std::size_t models, const std::string& path);
 
 }  // namespace mcfit

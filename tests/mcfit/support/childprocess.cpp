@@ -151,6 +151,10 @@ void ChildProcess::EndInput() {
   Close(fInput);
 }
 
+void ChildProcess::CloseOutput() {
+  Close(fOut);
+}
+
 void ChildProcess::WaitUntilInputIsTaken() const {
   constexpr useconds_t kPause = 10000;
   int left = 1;

@@ -47,6 +47,9 @@ public:
 
   void EndInput();
 
+  /// Stops reading the standard output, as a reader does that has seen enough.
+  void CloseOutput();
+
   /// Waits until the program has read all of its input so far.
   void WaitUntilInputIsTaken() const;
 
