@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Sets up a Debian 12 machine, builds mcfit, describes one data set and fits eight with it. Needs apt
-# and a shell, and root or sudo where a package is missing. A second run is incremental.
+# Sets up a Debian 12 machine, builds mcfit and shows each of its commands at work. Needs apt and a
+# shell, and root or sudo where a package is missing. A second run is incremental.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/setup-debian.sh

@@ -10,10 +10,14 @@ namespace mcfit {
 void AppendCell(std::string& line, std::string_view cell) {
   const bool needsQuotes = cell.find_first_of(",\"\r\n") != std::string_view::npos ||
                            Trimmed(cell).size() != cell.size();
-  if (!needsQuotes) {
+  if (needsQuotes) {
+    AppendQuotedCell(line, cell);
+  } else {
     line += cell;
-    return;
   }
+}
+
+void AppendQuotedCell(std::string& line, std::string_view cell) {
   const std::size_t begin = line.size();
   line.resize(begin + 2 * cell.size() + 2);  // each character may be a quote that is doubled
   line.resize(begin +

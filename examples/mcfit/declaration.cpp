@@ -2,7 +2,6 @@
 #include "declaration.h"
 
 #include "metadata/mccontvar.h"
-#include "regression/frame/mcmv.h"
 #include "text.h"
 
 #include <fmt/format.h>

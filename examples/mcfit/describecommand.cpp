@@ -4,7 +4,9 @@
 #include "csvreader.h"
 #include "effectparser.h"
 #include "errors.h"
+#include "note.h"
 #include "outputfile.h"
+#include "progressline.h"
 #include "tablescan.h"
 #include "text.h"
 #include "variablestats.h"
@@ -120,8 +122,7 @@ void DescribeCommand::Save(const MCCommonMetadata::MCVarList& variables) {
   if (!fSave) return;
   OutputFile out(*fSave);
   if (!SaveVariables(variables, out)) {
-    fmt::print(stderr,
-               "mcfit: note: the save format escapes some of the texts and reads them back so\n");
+    Note("note: the save format escapes some of the texts and reads them back so");
   }
   out.Commit();
 }

@@ -3,7 +3,6 @@
 
 #include "command.h"
 #include "metadata/mcvarlist.h"
-#include "progressline.h"
 #include "variablelist.h"
 
 #include <CLI/CLI.hpp>

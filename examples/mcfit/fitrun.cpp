@@ -15,7 +15,6 @@
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <utility>
 
 namespace mcfit {
 

@@ -2,7 +2,6 @@
 #include "iterationhistory.h"
 
 #include "outputfile.h"
-#include "regression/frame/mcmv.h"
 #include "reporttext.h"
 
 #include <fmt/format.h>

@@ -6,7 +6,6 @@
 #include "modeldictionary.h"
 #include "pmmldocument.h"
 #include "reporttext.h"
-#include "text.h"
 
 #include <fmt/format.h>
 

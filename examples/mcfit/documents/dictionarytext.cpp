@@ -3,6 +3,7 @@
 
 #include "declaration.h"
 #include "documents/fieldbins.h"
+#include "documents/textattribute.h"
 #include "mcparsexml/mccomxprsutil.h"
 #include "text.h"
 #include "texttable.h"
@@ -22,10 +23,6 @@ using MCComXPrsUtil::GetNextSiblingElmt;
 using MCComXPrsUtil::MCPMMLParser;
 
 namespace {
-
-std::string TextAttribute(const xercesc::DOMElement& element, const char* name) {
-  return MCComXPrsUtil::ToUTF8(MCComXPrsUtil::GetAttribute(element, name));
-}
 
 // How the document has the values of each field, which the variables of the list don't tell.
 std::map<std::string, std::string> StorageWords(const MCPMMLParser& parser) {

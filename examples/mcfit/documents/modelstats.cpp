@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "documents/modelstats.h"
 
+#include "documents/textattribute.h"
 #include "mcparsexml/mccomxprsutil.h"
 #include "metadata/mcunistats.h"
 #include "note.h"
@@ -27,10 +28,6 @@ using xercesc::DOMElement;
 namespace {
 
 constexpr int kDigits = 7;
-
-std::string TextAttribute(const DOMElement& element, const char* name) {
-  return MCComXPrsUtil::ToUTF8(MCComXPrsUtil::GetAttribute(element, name));
-}
 
 // The element behind this one in the order of the document: a walk down, on, or up and on, that
 // needs no stack however deep the document is. Null behind the last one below `root`.

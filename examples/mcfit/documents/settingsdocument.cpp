@@ -3,6 +3,7 @@
 
 #include "documents/fieldbins.h"
 #include "documents/pmmlfile.h"
+#include "documents/textattribute.h"
 #include "errors.h"
 #include "mcparsexml/mccomxprsutil.h"
 #include "note.h"
@@ -24,10 +25,6 @@ namespace {
 
 constexpr char kParameter[] = "Parameter";
 constexpr char kMatrix[] = "MatrixParmeter";  // so spelled in the format
-
-std::string TextAttribute(const xercesc::DOMElement& element, const char* name) {
-  return MCComXPrsUtil::ToUTF8(MCComXPrsUtil::GetAttribute(element, name));
-}
 
 }  // namespace
 

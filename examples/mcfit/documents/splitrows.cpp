@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "documents/splitrows.h"
 
+#include "csvtext.h"
 #include "errors.h"
 #include "interrupt.h"
 #include "text.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -32,10 +32,9 @@ std::string MakeFolder() {
   return path;
 }
 
-void AppendCell(std::string& line, std::string_view cell) {
-  line += line.empty() || line.back() == '\n' ? "\"" : ",\"";
-  for (const char c : cell) line.append(c == '"' ? 2 : 1, c);
-  line += '"';
+void AddCell(std::string& lines, std::string_view cell) {
+  if (!lines.empty() && lines.back() != '\n') lines += ',';
+  AppendQuotedCell(lines, cell);
 }
 
 }  // namespace
@@ -54,7 +53,7 @@ SplitRows::SplitRows(CsvReader& reader, const std::vector<std::string>& by,
   for (const std::string& name : by) fSplitColumns.push_back(reader.ColumnIndex(name));
   for (const RecordLayout::Column& column : layout.Columns()) {
     fUsedColumns.push_back(reader.ColumnIndex(column.name));
-    AppendCell(fHeader, column.name);
+    AddCell(fHeader, column.name);
   }
   fHeader += '\n';
   // Finds cells that can't be used here, where file and line are known.
@@ -84,7 +83,7 @@ void SplitRows::AddRow(const CsvReader& reader, const MissingCells& missing) {
   ++fParts[part].rows;
   std::string& text = fPending[part];
   const std::size_t before = text.size();
-  for (const std::size_t column : fUsedColumns) AppendCell(text, reader.Cell(column));
+  for (const std::size_t column : fUsedColumns) AddCell(text, reader.Cell(column));
   text += '\n';
   fNPending += text.size() - before;
   if (fNPending > kMostPending) Flush();
@@ -103,7 +102,7 @@ bool SplitRows::ReadCodes(const CsvReader& reader, const MissingCells& missing) 
 }
 
 std::size_t SplitRows::FindPart(const CsvReader& reader) {
-  const auto [place, isNew] = fPlaces.emplace(fCodes, fParts.size());
+  const auto [place, isNew] = fPlaces.try_emplace(fCodes, fParts.size());
   if (!isNew) return place->second;
   if (fParts.size() == kMostParts) {
     throw InputError(fmt::format("{}: the split columns have more than {} combinations of values",

@@ -10,7 +10,6 @@
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <optional>
 #include <string_view>
 
 namespace mcfit {

@@ -4,8 +4,6 @@
 #include "csvtext.h"
 #include "errors.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
