@@ -2,7 +2,7 @@
 //
 // The matrix and the residuals have the bits of the plain definition: each row written out over
 // all columns, added by UpdateXX(), and summed over all columns in order. Rows are added to the
-// matrix with the total weight rounded up to a power of two, and the sums then take the rest.
+// matrix with the total weight rounded up to a power of two; the matrix shown takes the rest.
 #include "regression/linear/mcglmmodel.h"
 #include "support/linearmodel.h"
 #include "support/samebits.h"
