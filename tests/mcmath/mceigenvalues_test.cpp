@@ -6,6 +6,7 @@
 #include "support/countingallocator.h"
 #include "support/displaycapture.h"
 #include "support/extendedmatrix.h"
+#include "support/invalidmatrices.h"
 #include "support/matrices.h"
 
 #include <gmock/gmock.h>
@@ -22,6 +23,7 @@ namespace {
 using MCCommonMath::MCEigenValues;
 using MCCommonMath::MCRectMatrix;
 using MCCommonMath::MCSymMatrix;
+using mctest::InvalidSym;
 using mctest::Packed;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -34,13 +36,6 @@ constexpr double kLargest = std::numeric_limits<double>::max();
 // Values 1 and 3.
 MCSymMatrix TwoByTwo() {
   return Packed({2, 1, 2});
-}
-
-MCSymMatrix Invalid() {
-  MCSymMatrix matrix;
-  const mctest::FailAllocation fail(1);
-  matrix.SetNRows(3);
-  return matrix;
 }
 
 Vector Sorted(MCEigenValues problem) {
@@ -68,8 +63,8 @@ TEST(MCEigenValues, TheSettersKeepWhatTheyAreGivenAndRefuseTheRest) {
   EXPECT_EQ(problem.GetMaxIter(), 7);
   for (const double bad : {-1e-300, kNaN, kInf}) EXPECT_FALSE(problem.SetTolerance(bad));
   EXPECT_FALSE(problem.SetMaxIter(-1));
-  EXPECT_FALSE(problem.SetHMatrix(Invalid()));
-  EXPECT_FALSE(problem.SetEMatrix(Invalid()));
+  EXPECT_FALSE(problem.SetHMatrix(InvalidSym()));
+  EXPECT_FALSE(problem.SetEMatrix(InvalidSym()));
   EXPECT_EQ(problem.GetTolerance(), 1e-5);
   EXPECT_EQ(problem.GetMaxIter(), 7);
   EXPECT_TRUE(problem.IsValidEMatrix());
@@ -87,8 +82,8 @@ TEST(MCEigenValues, WhatAConstructorCannotTakeLeavesTheDefaults) {
 
 TEST(MCEigenValues, AnInvalidMatrixIsNeverTakenForTheIdentity) {
   Vector values;
-  EXPECT_EQ(MCEigenValues(Invalid(), 1e-12, 30).Compute(values), -1);
-  MCEigenValues pair(TwoByTwo(), Invalid(), 1e-12, 30);
+  EXPECT_EQ(MCEigenValues(InvalidSym(), 1e-12, 30).Compute(values), -1);
+  MCEigenValues pair(TwoByTwo(), InvalidSym(), 1e-12, 30);
   EXPECT_FALSE(pair.IsValidEMatrix());
   EXPECT_EQ(pair.Compute(values), -1);
 }

@@ -3,6 +3,7 @@
 #include "mcmath/mcrectmatrix.h"
 #include "support/countingallocator.h"
 #include "support/extendedmatrix.h"
+#include "support/invalidmatrices.h"
 #include "support/matrices.h"
 
 #include <gtest/gtest.h>
@@ -30,13 +31,6 @@ MCRectMatrix Transposed(MCRectMatrix R) {
 // Column 1 is column 0 again, column 3 is the sum of 0 and 2.
 MCRectMatrix WithDependentColumns() {
   return FromRows({{1, 1, 0, 1, 2}, {2, 2, 1, 3, 0}, {0, 0, 1, 1, 5}, {1, 1, 3, 4, 1}});
-}
-
-MCRectMatrix Invalid() {
-  MCRectMatrix matrix;
-  const mctest::FailAllocation fail(1);
-  matrix.SetNRowsCols(3, 3);
-  return matrix;
 }
 
 void ExpectSame(const MCRectMatrix& actual, const MCRectMatrix& expected) {
@@ -122,7 +116,7 @@ TEST(MCRectMatrixRedundancy, AMatrixWithoutColumnsHasNoneRedundant) {
 }
 
 TEST(MCRectMatrixRedundancy, AnInvalidMatrixIsRefusedEverywhere) {
-  const MCRectMatrix invalid = Invalid();
+  const MCRectMatrix invalid = mctest::InvalidRect();
   ASSERT_FALSE(invalid.IsValidMatrix());
   MCBitSet bits;
   std::vector<int> indices;

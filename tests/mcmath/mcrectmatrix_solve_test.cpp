@@ -2,10 +2,12 @@
 #include "mcmath/mcrectmatrix.h"
 #include "support/countingallocator.h"
 #include "support/extendedmatrix.h"
+#include "support/invalidmatrices.h"
 #include "support/matrices.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <new>
 
@@ -79,13 +81,9 @@ TEST(MCRectMatrixSolve, WhatIsNotSquareOrTooShortOrSingularIsRefused) {
   EXPECT_FALSE(FromRows({{0, 0}, {0, 0}}).SolveLinearSquare({1, 2}, x, 0.0)) << "singular";
   EXPECT_FALSE(FromRows({{kNaN, 1}, {1, 2}}).SolveLinearSquare({1, 2}, x, 0.0));
   EXPECT_FALSE(FromRows({{kInf, 1}, {1, kInf}}).SolveLinearSquare({1, 2}, x, 0.0));
-  MCRectMatrix invalid;
-  {
-    const mctest::FailAllocation fail(1);
-    invalid.SetNRowsCols(2, 2);
-  }
-  EXPECT_FALSE(invalid.SolveLinearSquare({1, 2}, x, 0.0));
-  EXPECT_EQ(invalid.EstimateLinearGI({1, 2}, x, 0.1, 0.1), -1);
+  const MCRectMatrix invalid = mctest::InvalidRect();
+  EXPECT_FALSE(invalid.SolveLinearSquare({1, 2, 3}, x, 0.0));
+  EXPECT_EQ(invalid.EstimateLinearGI({1, 2, 3}, x, 0.1, 0.1), -1);
   EXPECT_EQ(x, Vector{8});
 }
 

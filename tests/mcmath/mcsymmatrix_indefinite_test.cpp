@@ -3,6 +3,7 @@
 #include "mcmath/mcsymmatrix.h"
 #include "support/countingallocator.h"
 #include "support/extendedmatrix.h"
+#include "support/invalidmatrices.h"
 #include "support/matrices.h"
 
 #include <gtest/gtest.h>
@@ -90,13 +91,9 @@ TEST(MCSymMatrixIndefinite, WhatCannotBeSolvedIsRefusedWithNothingChanged) {
   EXPECT_FALSE(S.SolveIndefinite(Bits({true, true}), {1}, x)) << "short";
   EXPECT_FALSE(S.SolveIndefinite(Bits({true, false}), {1, 2}, x)) << "a singular part";
   EXPECT_FALSE(MCSymMatrix().SolveIndefinite(MCBitSet(), {}, x));
-  MCSymMatrix invalid;
-  {
-    const mctest::FailAllocation fail(1);
-    invalid.SetNRows(2);
-  }
-  EXPECT_FALSE(invalid.SolveIndefinite(0.0, {1, 2}, x));
-  EXPECT_FALSE(invalid.SolveIndefinite(Bits({true, true}), {1, 2}, x));
+  const MCSymMatrix invalid = mctest::InvalidSym();
+  EXPECT_FALSE(invalid.SolveIndefinite(0.0, {1, 2, 3}, x));
+  EXPECT_FALSE(invalid.SolveIndefinite(Bits({true, true, true}), {1, 2, 3}, x));
   EXPECT_EQ(x, Vector{8});
 }
 

@@ -7,7 +7,6 @@
 #include "mcmath/detail/triangles.h"
 #include "mcmath/linpack.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace MCCommonMath {

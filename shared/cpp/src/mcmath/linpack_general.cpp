@@ -8,7 +8,6 @@
 #include "mcmath/linpack.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace MCCommonMath {

@@ -5,7 +5,6 @@
 #include "mcmath/mcsymmatrix.h"
 #include "regression/frame/mcexport.h"
 
-#include <cstddef>
 #include <utility>
 #include <vector>
 

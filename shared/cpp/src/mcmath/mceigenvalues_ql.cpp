@@ -41,10 +41,8 @@ public:
     for (std::size_t p = 0; p < fPanels.Count(); ++p) {
       for (std::size_t k = 0; k < fN; ++k) {
         const double* const from = fPanels.Row(p, k);
-        const std::size_t first = p * fPanels.Width();
-        const std::size_t count = std::min(fPanels.Width(), fN - first);
-        double* to = vectors.AsVector().data() + first * fN + k;
-        for (std::size_t c = 0; c < count; ++c, to += fN) *to = from[c];
+        double* to = vectors.AsVector().data() + p * fPanels.Width() * fN + k;
+        for (std::size_t c = 0; c < fPanels.ColumnsOf(p); ++c, to += fN) *to = from[c];
       }
     }
   }

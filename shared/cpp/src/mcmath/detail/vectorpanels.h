@@ -26,6 +26,8 @@ public:
   std::size_t Count() const { return (fNColumns + Width() - 1) / Width(); }
   double* Panel(std::size_t p) { return fData.Data() + p * PanelSize(); }
   double* Row(std::size_t p, std::size_t i) { return Panel(p) + i * Width(); }
+  /// Columns of panel p that belong to the matrix.
+  std::size_t ColumnsOf(std::size_t p) const { return std::min(Width(), fNColumns - p * Width()); }
   double& Element(std::size_t i, std::size_t j) { return Row(j / Width(), i)[j % Width()]; }
 
   /// Copies row i from or to nColumns contiguous doubles.
@@ -42,7 +44,6 @@ public:
 
 private:
   std::size_t PanelSize() const { return fNRows * Width(); }
-  std::size_t ColumnsOf(std::size_t p) const { return std::min(Width(), fNColumns - p * Width()); }
 
   const VectorKernels& fKernels;
   std::size_t fNRows;
