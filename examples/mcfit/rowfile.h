@@ -3,13 +3,12 @@
 
 #include <cstdio>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace mcfit {
 
 /// A temporary file of rows of doubles, in the format of MCCommon::BinaryRecordIterator. It stands
-/// in the folder that TMPDIR names, else in /tmp, and is unlinked as soon as it is open, so that
+/// in the TemporaryFolder() and is unlinked as soon as it is open, so that
 /// nothing is left behind however the program ends. Failures throw InputError.
 class RowFile {
 public:
@@ -22,13 +21,10 @@ public:
   std::FILE* Rewind();
 
 private:
-  [[noreturn]] void Fail(const char* what) const;
-
   struct Closer {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
 
-  std::string fFolder;
   std::vector<char> fBuffer;  // of the stream, which is closed first
   std::unique_ptr<std::FILE, Closer> fFile;
 };

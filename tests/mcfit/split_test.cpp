@@ -249,6 +249,23 @@ TEST(Split, LeavesNothingBehindWhereNobodyReadsTheResults) {
   EXPECT_THAT(Files(folder.Path("models")), testing::IsEmpty());
 }
 
+TEST(Split, AFolderThatCannotHoldThePartsIsNamed) {
+  const TemporaryFolder folder;
+  const std::string data = folder.Write("sales.csv", kSales);
+  ChildProcess::Options options;
+  for (const auto& [temporary, reason] : {std::pair("/nonexistent", "No such file or directory"),
+                                          std::pair("/dev/null", "Not a directory")}) {
+    options.temporaryFolder = temporary;
+    const ProgramResult run =
+        RunMcfit(Arguments{"split", data, "--by", "region", "--out-dir", folder.Path("models")} +
+                     kSalesModel,
+                 options);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, "mcfit: cannot make a folder for the parts in '" + options.temporaryFolder +
+                           "': " + reason + " (TMPDIR names another folder)\n");
+  }
+}
+
 TEST(Split, FindsWhatWouldEndTheMergeBeforeTheFirstFit) {
   const TemporaryFolder folder;
   const std::string data = folder.Write("sales.csv", kSales);

@@ -4,13 +4,11 @@
 #include "csvtext.h"
 #include "errors.h"
 #include "interrupt.h"
-#include "text.h"
+#include "temporaryfolder.h"
 
 #include <fmt/format.h>
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -23,12 +21,8 @@ namespace {
 constexpr std::size_t kMostPending = std::size_t{16} << 20U;
 
 std::string MakeFolder() {
-  std::error_code failed;
-  std::string path = (std::filesystem::temp_directory_path(failed) / "mcfit-split-XXXXXX").string();
-  if (failed || mkdtemp(path.data()) == nullptr) {
-    throw InputError(
-        fmt::format("cannot make a temporary folder {}: {}", Quoted(path), std::strerror(errno)));
-  }
+  std::string path = TemporaryFolder() + "/mcfit-split-XXXXXX";
+  if (mkdtemp(path.data()) == nullptr) FailInTemporaryFolder("make a folder for the parts");
   return path;
 }
 
@@ -123,10 +117,7 @@ void SplitRows::Flush() {
     if (fPending[i].empty()) continue;
     std::ofstream file(fParts[i].path, std::ios::binary | std::ios::app);
     file << fPending[i];
-    if (!file.flush()) {
-      throw InputError(
-          fmt::format("cannot write {}: {}", Quoted(fParts[i].path), std::strerror(errno)));
-    }
+    if (!file.flush()) FailInTemporaryFolder("write the rows of a part");
     fPending[i].clear();
   }
   fNPending = 0;

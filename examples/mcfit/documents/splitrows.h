@@ -21,7 +21,7 @@ struct SplitPart {
   std::int64_t rows = 0;
 };
 
-/// A folder in TMPDIR, else in /tmp, that goes with this object and all that is in it.
+/// A folder in the TemporaryFolder() that goes with this object and all that is in it.
 class WorkFolder {
 public:
   WorkFolder();
