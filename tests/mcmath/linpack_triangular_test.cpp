@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
+#include <vector>
 
 namespace {
 
@@ -77,6 +79,37 @@ TEST(LinpackTriangular, EstimatesZeroForAZeroOnTheDiagonal) {
       double rcond = -1.0;
       Linpack::Dtrco(t.Data(), t.Ld(), 5, &rcond, z.data(), job);
       EXPECT_EQ(rcond, 0.0);
+    }
+  }
+}
+
+// The vectors that show it grow by more than the range of doubles; the conditions are above 1e300.
+TEST(LinpackTriangular, EstimatesNextToNothingForPivotsThatVanishBesideTheRest) {
+  const double least = std::numeric_limits<double>::denorm_min();
+  const struct {
+    double first;
+    double beside;
+    double second;
+  } cases[] = {{1.0, 1e300, 1e-300}, {1e-300, 1e300, 1.0}, {1.0, 1.0, least}, {least, 1.0, 1.0}};
+  for (const auto& item : cases) {
+    SCOPED_TRACE(testing::Message() << item.first << ", " << item.beside << ", " << item.second);
+    Columns upper(2, 2);
+    upper(0, 0) = item.first;
+    upper(0, 1) = item.beside;
+    upper(1, 1) = item.second;
+    const Columns lower = Transposed(upper);
+    Vector z(2);
+    std::vector<int> ipvt(2);
+    Vector estimates(4, -1.0);
+    Linpack::Dtrco(upper.Data(), 2, 2, &estimates[0], z.data(), 1);
+    Linpack::Dtrco(lower.Data(), 2, 2, &estimates[1], z.data(), 0);
+    Columns factors = upper;
+    Linpack::Dgeco(factors.Data(), 2, 2, ipvt.data(), &estimates[2], z.data());
+    factors = lower;
+    Linpack::Dgeco(factors.Data(), 2, 2, ipvt.data(), &estimates[3], z.data());
+    for (const double estimate : estimates) {
+      EXPECT_GE(estimate, 0.0);
+      EXPECT_LT(estimate, 1e-300);
     }
   }
 }

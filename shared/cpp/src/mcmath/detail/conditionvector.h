@@ -41,10 +41,12 @@ public:
   }
 
   /// Divides element k by a pivot, the whole being scaled down first if the quotient would exceed
-  /// 1; a zero pivot makes it 1, a step towards the null vector.
+  /// 1; a pivot of 0, or one so small that nothing is left, makes it 1, a step towards the null
+  /// vector.
   void Divide(Index k, double pivot) {
-    if (std::fabs(fZ[k]) > std::fabs(pivot)) Scale(std::fabs(pivot) / std::fabs(fZ[k]));
-    fZ[k] = pivot == 0.0 ? 1.0 : fZ[k] / pivot;
+    const bool bScaled = ScaleTo(std::fabs(fZ[k]), pivot);
+    const bool bNull = pivot == 0.0 || (bScaled && fZ[k] == 0.0);
+    fZ[k] = bNull ? 1.0 : fZ[k] / pivot;
   }
 
   /// One step of solving T'w = e, T upper triangular with this pivot at k, where the sign of e[k]
@@ -63,6 +65,13 @@ public:
   double Reciprocal(double norm) const { return norm == 0.0 ? 0.0 : fAlong / norm; }
 
 private:
+  /// Scales what is of this size down to that of a pivot, if it is larger; whether it was.
+  bool ScaleTo(double size, double pivot) {
+    if (!(size > std::fabs(pivot))) return false;
+    Scale(std::fabs(pivot) / size);
+    return true;
+  }
+
   /// Sum over the row of |z[j] + w row(j)|.
   template <class Row>
   double Ahead(double w, Index begin, Index end, const Row& row) const;
@@ -84,14 +93,14 @@ double ConditionVector::Ahead(double w, Index begin, Index end, const Row& row) 
 template <class Row>
 void ConditionVector::Grow(Index k, double pivot, Index begin, Index end, const Row& row) {
   if (fZ[k] != 0.0) fUnit = std::copysign(fUnit, -fZ[k]);
-  const double size = std::fabs(fUnit - fZ[k]);
-  if (size > std::fabs(pivot)) Scale(std::fabs(pivot) / size);
+  const bool bScaled = ScaleTo(std::fabs(fUnit - fZ[k]), pivot);
   double with = fUnit - fZ[k];
   double against = -fUnit - fZ[k];
   const double grownWith = std::fabs(with);
   const double grownAgainst = std::fabs(against);
-  with = pivot == 0.0 ? 1.0 : with / pivot;
-  against = pivot == 0.0 ? 1.0 : against / pivot;
+  const bool bNull = pivot == 0.0 || (bScaled && with == 0.0);
+  with = bNull ? 1.0 : with / pivot;
+  against = bNull ? 1.0 : against / pivot;
   const bool bAgainst =
       grownWith + Ahead(with, begin, end, row) < grownAgainst + Ahead(against, begin, end, row);
   fZ[k] = bAgainst ? against : with;
