@@ -92,10 +92,11 @@ void NoteUndeclaredCells(const Dataset& data) {
   for (int i = 0; i < data.Layout().Width(); ++i) {
     const UndeclaredCells& cells = data.Undeclared()[static_cast<std::size_t>(i)];
     if (cells.count == 0) continue;
-    Note(
-        fmt::format("note: column {}: {} cells hold what isn't declared, such as {}, and count as "
-                    "missing",
-                    Quoted(data.Layout().At(i).name), cells.count, Quoted(cells.first)));
+    const bool isOne = cells.count == 1;
+    Note(fmt::format("note: column {}: {} {} what isn't declared, such as {}, and {} as missing",
+                     Quoted(data.Layout().At(i).name), cells.count,
+                     isOne ? "cell holds" : "cells hold", Quoted(cells.first),
+                     isOne ? "counts" : "count"));
   }
 }
 

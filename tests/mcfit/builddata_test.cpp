@@ -134,7 +134,9 @@ TEST(McfitBuildData, CategoriesOfTheTargetKeepTheOrderOfTheDictionaryButForTheRe
   ASSERT_EQ(last.status, 0) << last.err;
   EXPECT_THAT(last.out, HasSubstr("low against high\n"));
   EXPECT_THAT(last.out, HasSubstr("mid against high\n"));
-  EXPECT_THAT(last.err, HasSubstr("column 'g': 1 cells hold what isn't declared, such as 'odd'"));
+  EXPECT_THAT(
+      last.err,
+      HasSubstr("column 'g': 1 cell holds what isn't declared, such as 'odd', and counts as "));
   const ProgramResult first = RunMcfit(
       {"build",
        folder.Write("s.xml", Settings(fields, parameters + Parameter("reference", "first"))),

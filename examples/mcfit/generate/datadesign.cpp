@@ -191,7 +191,9 @@ void ReadLogits(const std::vector<std::string>& texts, DataDesign& design) {
     const auto found = std::find(categories.begin(), categories.end(), category);
     const auto k = static_cast<std::size_t>(found - categories.begin());
     if (found == categories.end()) {
-      scanner.Fail(fmt::format("there is no category {}", Quoted(category)));
+      scanner.Fail(fmt::format("there is no category {}; a list begins with one of {} and a colon",
+                               Quoted(category),
+                               QuotedList({categories.begin() + 1, categories.end()})));
     }
     if (k == 0) scanner.Fail(fmt::format("{} is the reference", Quoted(category)));
     if (isRead[k]) scanner.Fail(fmt::format("{} has coefficients already", Quoted(category)));
