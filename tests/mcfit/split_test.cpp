@@ -182,7 +182,7 @@ TEST(Split, WritesNoMergedDocumentWithoutAnyModel) {
   const ProgramResult empty = RunMcfit(
       Arguments{"split", unsplit, "--by", "group", "--out-dir", folder.Path("models")} + model);
   EXPECT_EQ(empty.status, 1);
-  EXPECT_THAT(empty.err, HasSubstr("0 of 0 models could not be built"));
+  EXPECT_THAT(empty.err, HasSubstr("no row has a value in every column of --by"));
   EXPECT_THAT(Files(folder.Path("models")), testing::IsEmpty());
 }
 

@@ -136,6 +136,7 @@ void SplitCommand::Run() {
   ProgressLine progress(stderr);
   const SplitRows rows(reader, names, layout, request.missing, progress);
   PrintResults(HeadText(request.data, names, rows));
+  if (rows.Parts().empty()) throw ModelError("no row has a value in every column of --by");
   for (const SplitPart& part : rows.Parts()) CheckPart(request, names, part);
 
   const std::vector<SplitModel> models = FitParts(request, names, rows);
@@ -144,7 +145,7 @@ void SplitCommand::Run() {
     PrintResults("\n" + MergedText(models.size(), MergedPath()));
   }
   const std::size_t nFailed = rows.Parts().size() - models.size();
-  if (nFailed > 0 || models.empty()) {
+  if (nFailed > 0) {
     throw ModelError(
         fmt::format("{} of {} models could not be built", nFailed, rows.Parts().size()));
   }
