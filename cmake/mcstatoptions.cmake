@@ -10,6 +10,7 @@ target_compile_options(
     -ffp-contract=off
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>
     $<$<BOOL:${MCSTAT_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(MCSTAT_SANITIZE)
