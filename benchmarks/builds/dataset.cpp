@@ -22,6 +22,9 @@ double PeakMegabytes() {
   return kilobytes / 1024.0;
 }
 
+// Of the program itself and of the libraries that it loads.
+const double kMegabytesAtStart = PeakMegabytes();
+
 }  // namespace
 
 Dataset DatasetNamed(const std::string& name) {
@@ -46,5 +49,6 @@ void ReportUse(const std::string& name, double value) {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   std::printf("%s %.3f %.1f %.12g\n", name.c_str(),
-              Seconds(usage.ru_utime) + Seconds(usage.ru_stime), PeakMegabytes(), value);
+              Seconds(usage.ru_utime) + Seconds(usage.ru_stime),
+              PeakMegabytes() - kMegabytesAtStart, value);
 }

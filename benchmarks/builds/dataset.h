@@ -29,6 +29,7 @@ Dataset DatasetNamed(const std::string& name);
 /// then brings many rows. Null if it can't be opened.
 std::FILE* OpenRows(const Dataset& dataset, const std::string& directory, const char* mode);
 
-/// Prints "name cpu-seconds peak-megabytes value": what a program used so far, and a figure of its
-/// result, which tells that programs did the same work.
+/// Prints "name cpu-seconds peak-megabytes value": what a program used so far, in memory beyond
+/// that of itself and its libraries at the start, and a figure of its result, which tells that
+/// programs did the same work.
 void ReportUse(const std::string& name, double value);
